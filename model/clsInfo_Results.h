@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "model/clsInfo_Settings.h"
+#include "model/clsItem_CompoundParam.h"
+#include "model/clsItem_TopPeak.h"
+#include "ports/Clock.h"
+
+namespace veltra {
+
+/// What the report reads besides the results themselves.
+struct ReportContext {
+    const clsInfo_Settings& settings;
+    const ports::Clock& clock;
+    bool AbortRequested = false;
+    bool EPAndCEPSupported = true;
+};
+
+/// The findings of one run.
+class clsInfo_Results {
+  public:
+    std::shared_ptr<clsItem_Peak> ActualPeak;  ///< nothing until the ER scan has found the parent
+    TopPeakCollection TopPeaksInfo;            ///< in stage order
+    std::int16_t OptimalMS3PeakIndex = 0;      ///< position in TopPeaksInfo from 1; 0 for no optimal path
+    std::string OptimalMS3Method;              ///< full path
+    std::string StartTime;
+    std::string VeskOutputFilePath;  ///< the run's output folder, ending in a separator
+    std::string LogFilePath;
+    clsItem_CompoundParam DP, EP, CEP, CE, AF2;
+
+    /// Writes "Results.txt" into the output folder, replacing an older one. Best effort: never throws.
+    void GenerateResults(const ReportContext& context) const;
+    /// The report's text.
+    std::string ReportText(const ReportContext& context) const;
+};
+
+}  // namespace veltra

@@ -1,0 +1,11 @@
+#pragma once
+
+namespace veltra {
+
+/// One compound-dependent instrument parameter.
+struct clsItem_CompoundParam {
+    float Current = 0;  ///< the value to use from now on: the starter method's, then each optimum found
+    float Initial = 0;  ///< the starter method's value
+};
+
+}  // namespace veltra

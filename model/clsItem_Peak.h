@@ -1,0 +1,11 @@
+#pragma once
+
+namespace veltra {
+
+/// One centroided peak.
+struct clsItem_Peak {
+    double CentroidIntensity = 0;  ///< cps
+    double CentroidMass = 0;       ///< m/z in Da
+};
+
+}  // namespace veltra

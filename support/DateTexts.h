@@ -1,0 +1,24 @@
+#pragma once
+
+#include <ctime>
+#include <string>
+
+namespace support {
+
+/// How a locale writes dates and times.
+struct DateFormat {
+    std::string shortDate = "%-m/%-d/%Y";   ///< strftime pattern
+    std::string longTime = "%-I:%M:%S %p";  ///< strftime pattern
+    std::string localeName = "C";           ///< whose names of weekdays and months
+};
+
+/// The format of the process's locale (LC_ALL, LC_TIME or LANG, in this order); "M/D/YYYY h:mm:ss AM/PM" where none is
+/// set or the system does not know it.
+DateFormat DateFormatOfProcess();
+
+/// @param pattern a strftime pattern; "%-" before a letter drops a leading zero
+std::string FormatDateText(const DateFormat& format, const std::string& pattern, const std::tm& time);
+/// Short date, blank, long time.
+std::string GeneralDateText(const DateFormat& format, const std::tm& time);
+
+}  // namespace support

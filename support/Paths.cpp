@@ -1,0 +1,37 @@
+#include "support/Paths.h"
+
+#include <algorithm>
+
+#include "support/Platform.h"
+
+namespace support {
+
+char PathSeparator() {
+    return platformPathSeparator;
+}
+
+std::string JoinPath(std::string_view folder, std::string_view name) {
+    while (!name.empty() && IsPathSeparator(name.front()))
+        name.remove_prefix(1);
+    std::string path(folder);
+    if (!path.empty() && !IsPathSeparator(path.back())) path += PathSeparator();
+    return path.append(name);
+}
+
+std::string FileNameOf(std::string_view path) {
+    const auto at = path.find_last_of("\\/");
+    return std::string(at == std::string_view::npos ? path : path.substr(at + 1));
+}
+
+std::string FolderOf(std::string_view path) {
+    const auto at = path.find_last_of("\\/");
+    return at == std::string_view::npos ? std::string() : std::string(path.substr(0, at + 1));
+}
+
+std::string NativePath(std::string_view path) {
+    std::string native(path);
+    std::replace_if(native.begin(), native.end(), IsPathSeparator, PathSeparator());
+    return native;
+}
+
+}  // namespace support

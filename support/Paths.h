@@ -1,0 +1,23 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace support {
+
+/// The system's own separator: "\" on Windows, "/" elsewhere.
+char PathSeparator();
+inline bool IsPathSeparator(char c) {
+    return c == '\\' || c == '/';
+}
+
+/// The two joined by exactly one separator, the system's own where one has to be added.
+std::string JoinPath(std::string_view folder, std::string_view name);
+/// The text after the last separator of either kind.
+std::string FileNameOf(std::string_view path);
+/// Everything up to and including the last separator; empty when there is none.
+std::string FolderOf(std::string_view path);
+/// With every separator of either kind written as the system's own.
+std::string NativePath(std::string_view path);
+
+}  // namespace support

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <ctime>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace support {
+
+/// The seam to the operating system: everything else is the same on all systems.
+
+#ifdef _WIN32
+inline constexpr char platformPathSeparator = '\\';
+#else
+inline constexpr char platformPathSeparator = '/';
+#endif
+
+/// The current user's name, or empty when the system does not tell. At most 30 characters are asked for: a longer name
+/// counts as not told.
+std::string CurrentUserName();
+
+/// The folder of the running program, without a separator at its end; empty when the system does not tell.
+std::string ProgramFolder();
+
+/// Starts a text viewer on the file and does not wait. @return false when none could be started
+bool StartTextViewer(const std::string& path);
+
+/// Writes a new file (or truncates one) and flushes it to disk.
+/// @return an empty text, or why it failed
+std::string WriteAndFlush(const std::string& path, std::string_view content);
+/// Appends and flushes. @return an empty text, or why it failed
+std::string AppendAndFlush(const std::string& path, std::string_view content);
+/// Flushes a file that another library wrote. @return an empty text, or why it failed
+std::string FlushToDisk(const std::string& path);
+/// Renames over an existing file, unless that one must not be written to, and flushes the folder. @return an empty
+/// text, or why it failed
+std::string RenameOver(const std::string& from, const std::string& to);
+/// A name for a temporary file beside the given one that no other process uses.
+std::string TemporaryNameFor(const std::string& path);
+
+std::tm LocalTime(std::time_t time);
+std::tm UtcTime(std::time_t time);
+/// strftime in a named locale; the "C" locale when the system does not know it.
+std::string FormatTime(const std::string& localeName, const std::string& pattern, const std::tm& time);
+/// The locale's strftime patterns for a short date and a long time; false when the locale is unknown or "C".
+bool LocaleDatePatterns(const std::string& localeName, std::string& shortDate, std::string& longTime);
+
+/// Keeps every other process and thread that asks for the same file's lock waiting until the result is destroyed.
+/// Nothing is left on the disk. Empty, and nothing is kept out, when the file's folder cannot be locked.
+std::shared_ptr<void> LockForSaving(const std::string& path);
+
+/// The platform's private-profile calls. @return at most 255 bytes
+std::string PlatformReadIni(const std::string& path, const std::string& section, const std::string& key);
+bool PlatformWriteIni(const std::string& path, const std::string& section, const std::string& key,
+                      const std::string& value);
+
+}  // namespace support

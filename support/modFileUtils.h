@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "support/Files.h"
+
+namespace support {
+
+/// Both kinds of separator count as "\" in these functions. Each traps its own errors.
+
+/// The left part of the path ending at the (N+1)-th "\" from the end, with that "\" when blnIncludeBackslash; empty
+/// when the path has N or fewer.
+std::string GetPathToNthBackslash(const std::string& strPath, bool blnIncludeBackslash, std::int16_t intN);
+/// The text between the (N+1)-th and the N-th "\" from the end (the end of the text for N = 0); empty when there are
+/// not enough.
+std::string GetFolderNameAtDepth(const std::string& strPath, std::int16_t intN);
+/// Everything after the second "\" from the end; empty when there is none.
+std::string GetLastTwoPathParts(const std::string& strPath);
+
+/// At most 255 bytes of the value; empty when file, section or key is missing.
+std::string ReadIniString(const std::string& strIniPath, const std::string& strSection, const std::string& strKey);
+/// Failures are ignored; the file then stays as it was.
+void WriteIniString(const std::string& strIniPath, const std::string& strSection, const std::string& strKey,
+                    const std::string& strValue);
+
+/// Starts the text editor on a file and does not wait: "Notepad.exe " + path on Windows, the desktop's text viewer
+/// elsewhere.
+void OpenInNotepad(const std::string& strPath);
+
+}  // namespace support

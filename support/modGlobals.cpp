@@ -1,0 +1,69 @@
+#include "support/modGlobals.h"
+
+#include <algorithm>
+#include <exception>
+
+#include "support/Files.h"
+#include "support/NumberText.h"
+#include "support/Paths.h"
+#include "support/Text.h"
+
+namespace support {
+namespace {
+
+void ReplaceFirst(std::string& text, char from, const char* to) {
+    const auto at = text.find(from);
+    if (at != std::string::npos) text.replace(at, 1, to);
+}
+
+/// Characters, not bytes, of a UTF-8 text.
+std::int32_t CharacterCount(const std::string& text) {
+    return static_cast<std::int32_t>(
+        std::count_if(text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
+}
+
+}  // namespace
+
+void AppendLineToFile(const std::string& strFilePath, const std::string& strText) {
+    if (Trim(strFilePath).empty()) return;
+    try {
+        AppendToFile(strFilePath, strText + crLf);
+    } catch (const std::exception&) {
+        // A log that cannot be written must not stop a run.
+    }
+}
+
+std::string GetRunTimeTag(const std::string& strGeneralDate) {
+    std::string tag = "(" + strGeneralDate + ")";
+    ReplaceFirst(tag, ' ', ", ");
+    std::replace(tag.begin(), tag.end(), '/', '-');
+    ReplaceFirst(tag, ':', "h");
+    ReplaceFirst(tag, ':', "m");
+    return tag;
+}
+
+std::string MakeOutputFolder(const std::string& strPath, const std::string& strGeneralDate) {
+    std::string folder = strPath;
+    if (!folder.empty() && IsPathSeparator(folder.back())) folder.pop_back();
+    folder += " " + GetRunTimeTag(strGeneralDate);
+    // A compound name that holds a separator would otherwise become a folder of its own.
+    const std::string parent = FolderOf(folder);
+    if (!parent.empty() && !FolderExists(parent)) return {};
+    try {
+        CreateFolders(folder);
+    } catch (const std::exception&) {
+        return {};
+    }
+    return folder + PathSeparator();
+}
+
+std::int32_t GetCompoundNameExcess(const std::string& strCompoundName) {
+    // The run's folder name and its longest data file name may take so many characters of a path together.
+    constexpr std::int32_t limit = 125;
+    const std::int32_t overshoot = CharacterCount(strCompoundName + " Veltra (YYYY-MM-DD, HHhMMmSS PM)\\" +
+                                                  strCompoundName + "_EPI_CE_Spread_9999.999.vesk") -
+                                   limit;
+    return overshoot <= 0 ? 0 : ToInt32(overshoot / 2.0 + 0.1);
+}
+
+}  // namespace support

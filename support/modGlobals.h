@@ -1,0 +1,23 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace support {
+
+/// Appends the text and CR LF; nothing when the path is blank. Failures are dropped silently.
+void AppendLineToFile(const std::string& strFilePath, const std::string& strText);
+
+/// "(" + the date and time + ")" made fit for a folder name: the first blank becomes ", ", every "/" a "-", the first
+/// ":" an "h" and the next one an "m".
+/// @param strGeneralDate the current date and time in the general date form
+std::string GetRunTimeTag(const std::string& strGeneralDate);
+
+/// The folder path (one trailing separator removed) + " " + the time tag, created when missing, with a separator behind
+/// it; empty when it cannot be created, as when the folder it belongs in is missing.
+std::string MakeOutputFolder(const std::string& strPath, const std::string& strGeneralDate);
+
+/// How many characters the compound name is too long for the names of a run's files; 0 when it fits.
+std::int32_t GetCompoundNameExcess(const std::string& strCompoundName);
+
+}  // namespace support

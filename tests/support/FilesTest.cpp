@@ -1,0 +1,152 @@
+#include "support/Files.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <functional>
+#include <stdexcept>
+
+#include "support/Platform.h"
+#include "tests/support_files/TempFolder.h"
+
+namespace {
+
+using namespace support;
+namespace fs = std::filesystem;
+
+/// What the operation says when it fails.
+std::string ErrorOf(const std::function<void()>& operation) {
+    try {
+        operation();
+    } catch (const FileError& error) {
+        return error.what();
+    }
+    return "no error";
+}
+
+/// An ordinary user's rights while it lives, where the tests run as root, whom permission bits do not stop.
+class OrdinaryUser {
+  public:
+    OrdinaryUser() {
+        constexpr uid_t nobody = 65534;
+        if (wasRoot_ && ::seteuid(nobody) != 0) throw std::runtime_error("cannot give up root's rights");
+    }
+    ~OrdinaryUser() {
+        if (wasRoot_ && ::seteuid(0) != 0) std::abort();
+    }
+    OrdinaryUser(const OrdinaryUser&) = delete;
+    OrdinaryUser& operator=(const OrdinaryUser&) = delete;
+
+  private:
+    bool wasRoot_ = ::geteuid() == 0;
+};
+
+TEST(Files, WritesWholeFilesAndReadsThemBack) {
+    const TempFolder folder;
+    const std::string path = folder.File("f\xC3\xBC.txt");
+    std::string bytes("a\r\n\0\xFF", 5);
+    WriteWholeFile(path, bytes);
+    EXPECT_EQ(ReadWholeFile(path), bytes);
+    WriteWholeFile(folder.Path() + "\\f\xC3\xBC.txt", "");
+    EXPECT_EQ(ReadWholeFile(path), "");
+    bytes.assign(3'000'000, 'x');
+    WriteWholeFile(path, bytes);
+    EXPECT_EQ(ReadWholeFile(path, bytes.size()), bytes);
+    EXPECT_EQ(ErrorOf([&] { ReadWholeFile(path, bytes.size() - 1); }),
+              "Cannot read " + path + ": it has 3000000 bytes, more than the 2999999 allowed");
+    EXPECT_EQ(FilesIn(folder.Path()), std::vector<std::string>{"f\xC3\xBC.txt"});
+}
+
+TEST(Files, AFailedWriteSaysWhyAndChangesNothing) {
+    const TempFolder folder;
+    const std::string target = folder.File("target");
+    fs::create_directory(target);
+    EXPECT_EQ(ErrorOf([&] { WriteWholeFile(target, "new"); }), "Cannot write " + target + ": Is a directory");
+    const std::string orphan = folder.File("missing/a.txt");
+    EXPECT_EQ(ErrorOf([&] { WriteWholeFile(orphan, "new"); }),
+              "Cannot write " + orphan + ": No such file or directory");
+    EXPECT_EQ(ErrorOf([&] { AppendToFile(orphan, "new"); }),
+              "Cannot append to " + orphan + ": No such file or directory");
+    EXPECT_EQ(ErrorOf([&] { ReadWholeFile(orphan); }), "Cannot read " + orphan + ": No such file or directory");
+    EXPECT_EQ(ErrorOf([&] { ReadWholeFile(target); }), "Cannot read " + target + ": it is a folder");
+    EXPECT_EQ(ErrorOf([&] { FilesIn(orphan); }), "Cannot list " + orphan + ": No such file or directory");
+    EXPECT_EQ(FilesIn(folder.Path()), std::vector<std::string>{});
+    EXPECT_EQ(FilesIn(target), std::vector<std::string>{});
+}
+
+TEST(Files, AReadOnlyFileStays) {
+    const TempFolder folder;
+    fs::permissions(folder.Path(), fs::perms::all);
+    const std::string path = folder.File("kept.txt");
+    WriteWholeFile(path, "old");
+    fs::permissions(path, fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read);
+    const OrdinaryUser user;
+    EXPECT_EQ(ErrorOf([&] { WriteWholeFile(path, "new"); }), "Cannot write " + path + ": Permission denied");
+    EXPECT_EQ(ErrorOf([&] { AppendToFile(path, "new"); }), "Cannot append to " + path + ": Permission denied");
+    EXPECT_EQ(ReadWholeFile(path), "old");
+    EXPECT_EQ(FilesIn(folder.Path()), std::vector<std::string>{"kept.txt"});
+}
+
+TEST(Files, WholeFileWriterReplacesOnCommitOnly) {
+    const TempFolder folder;
+    const std::string path = folder.File("a.vesk");
+    WriteWholeFile(path, "old");
+    {
+        const WholeFileWriter writer(path);
+        EXPECT_EQ(fs::path(writer.TemporaryPath()).parent_path(), folder.Path());
+        AppendToFile(writer.TemporaryPath(), "half");
+    }
+    EXPECT_EQ(ReadWholeFile(path), "old");
+    {
+        WholeFileWriter writer(path);
+        EXPECT_EQ(ErrorOf([&] { writer.Commit(); }), "Cannot write " + path + ": No such file or directory");
+        AppendToFile(writer.TemporaryPath(), "new");
+        writer.Commit();
+    }
+    EXPECT_EQ(ReadWholeFile(path), "new");
+    EXPECT_EQ(FilesIn(folder.Path()), std::vector<std::string>{"a.vesk"});
+}
+
+TEST(Files, AppendsToAnOldOrNewFile) {
+    const TempFolder folder;
+    AppendToFile(folder.File("log"), "one\r\n");
+    AppendToFile(folder.Path() + "\\log", "two");
+    EXPECT_EQ(ReadWholeFile(folder.File("log")), "one\r\ntwo");
+}
+
+TEST(Files, FoldersAndWhatIsInThem) {
+    const TempFolder folder;
+    const std::string file = folder.File("file");
+    CreateFolders(folder.Path() + "\\a/b/");
+    CreateFolders(folder.File("a/b"));
+    AppendToFile(file, "");
+    AppendToFile(folder.File("b file"), "");
+    for (const auto& [path, isFile, isFolder] : {std::tuple{folder.File("a"), false, true},
+                                                 {folder.Path() + "\\a\\b\\", false, true},
+                                                 {file, true, false},
+                                                 {folder.File("c"), false, false},
+                                                 {std::string(), false, false}}) {
+        EXPECT_EQ(FileExists(path), isFile) << path;
+        EXPECT_EQ(FolderExists(path), isFolder) << path;
+    }
+    EXPECT_EQ(FilesIn(folder.Path()), (std::vector<std::string>{"b file", "file"}));
+    EXPECT_EQ(SubFolders(folder.Path()), std::vector<std::string>{"a"});
+    EXPECT_THAT(ErrorOf([&] { CreateFolders(file); }), testing::StartsWith("Cannot create folder " + file + ": "));
+    EXPECT_THAT(ErrorOf([&] { CreateFolders(file + "/x"); }), testing::StartsWith("Cannot create folder " + file));
+    RemoveFileIfThere(file);
+    RemoveFileIfThere(file);
+    EXPECT_FALSE(FileExists(file));
+}
+
+TEST(Platform, UserNameFitsItsBuffer) {
+    EXPECT_LE(CurrentUserName().size(), 30U);
+}
+
+TEST(Platform, ProgramFolderHoldsTheRunningProgram) {
+    EXPECT_EQ(ProgramFolder(), fs::canonical("/proc/self/exe").parent_path().string());
+}
+
+}  // namespace

@@ -1,0 +1,266 @@
+#include "support/NumberText.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+#include "support/RunTimeError.h"
+#include "support/Text.h"
+#include "support/modStringUtils.h"
+
+namespace {
+
+using namespace support;
+
+constexpr double infinity = std::numeric_limits<double>::infinity();
+constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
+
+TEST(NumberText, GeneralTextOfDouble) {
+    struct Case {
+        double value;
+        const char* text;
+    };
+    const Case cases[] = {{0, "0"},
+                          {-0.0, "0"},
+                          {100000, "100000"},
+                          {511.3 - 1, "510.3"},
+                          {0.1 + 0.2, "0.3"},
+                          {35 * 0.01, "0.35"},
+                          {-12.5, "-12.5"},
+                          {999999999999999, "999999999999999"},
+                          {1e15, "1E+15"},
+                          {-1.25e100, "-1.25E+100"},
+                          {1e-4, "0.0001"},
+                          {1e-5, "1E-05"},
+                          {1.0 / 3, "0.333333333333333"},
+                          {2.0 / 3, "0.666666666666667"},
+                          {9999999999999999.0, "1E+16"},
+                          {infinity, "Infinity"},
+                          {-infinity, "-Infinity"},
+                          {notANumber, "NaN"}};
+    for (const auto& [value, text] : cases)
+        EXPECT_EQ(GeneralText(value), text);
+    EXPECT_EQ(GeneralText(-32768), "-32768");
+}
+
+TEST(NumberText, GeneralTextOfSingleHasSevenDigits) {
+    struct Case {
+        float value;
+        const char* text;
+    };
+    const Case cases[] = {{0.1f, "0.1"},          {100, "100"},
+                          {-0.0f, "0"},           {1.0f / 3, "0.3333333"},
+                          {1e15f, "1E+15"},       {1e-5f, "1E-05"},
+                          {16777216, "16777220"}, {-4.35f, "-4.35"},
+                          {0.0001f, "0.0001"},    {std::numeric_limits<float>::quiet_NaN(), "NaN"}};
+    for (const auto& [value, text] : cases)
+        EXPECT_EQ(GeneralText(value), text);
+}
+
+TEST(NumberText, RoundTripTextReadsBackAsTheSameValue) {
+    EXPECT_EQ(RoundTripText(100.0), "100");
+    EXPECT_EQ(RoundTripText(0.1 + 0.2), "0.30000000000000004");
+    EXPECT_EQ(RoundTripText(0.1f), "0.1");
+    for (const double value : {0.1 + 0.2, 35 * 0.01, 1e-5, 1e15, -1e22, 5e-324, 1.7976931348623157e308})
+        EXPECT_EQ(ParseDouble(RoundTripText(value)), value) << RoundTripText(value);
+    for (const float value : {0.1f, 16777216.0f, 1e-45f, 3.4028235e38f, -4.35f})
+        EXPECT_EQ(ParseSingle(RoundTripText(value)), value) << RoundTripText(value);
+}
+
+TEST(NumberText, FixedForms) {
+    struct Case {
+        double value;
+        const char* scientific;
+        const char* mz;
+    };
+    const Case cases[] = {{0, "0.00E+00", "0"},
+                          {123456, "1.23E+05", "123456"},
+                          {1.125, "1.12E+00", "1.125"},  // a tie goes to the even digit
+                          {1.375, "1.38E+00", "1.375"},
+                          {-0.0625, "-6.25E-02", "-0.062"},
+                          {0.0003, "3.00E-04", "0"},
+                          {-0.0003, "-3.00E-04", "0"},
+                          {609.28066, "6.09E+02", "609.281"},
+                          {500.0999999, "5.00E+02", "500.1"},
+                          {9.999e99, "1.00E+100", "9.999E+99"},
+                          {notANumber, "NaN", "NaN"}};
+    for (const auto& [value, scientific, mz] : cases) {
+        EXPECT_EQ(ScientificText(value), scientific);
+        EXPECT_EQ(MzText(value), mz);
+    }
+}
+
+TEST(NumberText, OneDecimal) {
+    struct Case {
+        float value;
+        const char* text;
+    };
+    const Case cases[] = {{0, "0.0"},
+                          {-0.0f, "0.0"},
+                          {-0.04f, "0.0"},
+                          {5, "5.0"},
+                          {0.25f, "0.2"},
+                          {0.75f, "0.8"},
+                          {-150, "-150.0"},
+                          {99.96f, "100.0"},
+                          {1e20f, "100000002004087734272.0"},
+                          {std::numeric_limits<float>::infinity(), "N/A"},
+                          {std::numeric_limits<float>::quiet_NaN(), "N/A"}};
+    for (const auto& [value, text] : cases)
+        EXPECT_EQ(FormatOneDecimal(value), text);
+}
+
+TEST(NumberText, RoundsHalfToEven) {
+    for (const auto& [value, decimals, rounded] : {std::tuple{0.5, 0, 0.0},
+                                                   {1.5, 0, 2.0},
+                                                   {2.5, 0, 2.0},
+                                                   {-2.5, 0, -2.0},
+                                                   {0.0625, 3, 0.062},
+                                                   {0.1875, 3, 0.188},
+                                                   {1e300, 3, 1e300}})
+        EXPECT_EQ(RoundHalfEven(value, decimals), rounded) << value;
+    EXPECT_FALSE(std::signbit(RoundHalfEven(-0.2, 0)));
+}
+
+TEST(NumberText, WholeNumbersOverflowAtTheirLimits) {
+    EXPECT_EQ(ToInt16(2.5), 2);
+    EXPECT_EQ(ToInt16(-3.5), -4);
+    EXPECT_EQ(ToInt16(32767.4), 32767);
+    EXPECT_EQ(ToInt16(-32768.5), -32768);
+    EXPECT_EQ(ToInt32(2147483647.4), 2147483647);
+    EXPECT_EQ(ToInt32(-2147483648.0), std::numeric_limits<std::int32_t>::min());
+    for (const double value : {32767.5, -32769.0, 1e300, infinity, notANumber}) {
+        try {
+            ToInt16(value);
+            ADD_FAILURE() << value << " fitted";
+        } catch (const RunTimeError& error) {
+            EXPECT_EQ(error.Number(), 6);
+            EXPECT_STREQ(error.what(), "Overflow");
+        }
+    }
+    EXPECT_THROW(ToInt32(2147483647.5), RunTimeError);
+}
+
+TEST(NumberText, ParsesWholeTextsOnly) {
+    const std::string manyZeros(400, '0');
+    struct Case {
+        std::string text;
+        std::optional<double> value;
+    };
+    const Case cases[] = {{"12.5", 12.5},
+                          {" \t-.5 ", -0.5},
+                          {"+5.", 5},
+                          {"1e3", 1000},
+                          {"1E-2", 0.01},
+                          {"-2.5e+1", -25},
+                          {"", {}},
+                          {"  ", {}},
+                          {".", {}},
+                          {"-", {}},
+                          {"+-5", {}},
+                          {"- 5", {}},
+                          {"1 2", {}},
+                          {"1.2.3", {}},
+                          {"1,5", {}},
+                          {"1e", {}},
+                          {"e5", {}},
+                          {"0x10", {}},
+                          {"&H10", {}},
+                          {"inf", {}},
+                          {"nan", {}},
+                          {"12 V", {}},
+                          {"1e999", {}},
+                          {"-1" + manyZeros, {}},
+                          {"1" + manyZeros + "e-400", 1},
+                          {"1" + manyZeros + "e99999999999999999999", {}},
+                          {"1e-999", 0},
+                          {"0." + manyZeros + "1", 0},
+                          {"1e-99999999999999999999", 0}};
+    for (const auto& [text, value] : cases)
+        EXPECT_EQ(ParseDouble(text), value) << text.substr(0, 40);
+    EXPECT_EQ(ParseSingle("1e39"), std::nullopt);
+    EXPECT_EQ(ParseSingle("1e-60"), 0.0f);
+    EXPECT_EQ(ParseSingle("0.1"), 0.1f);
+}
+
+TEST(NumberText, ParsesWholeNumbersWithRounding) {
+    struct Case {
+        const char* text;
+        std::optional<std::int16_t> narrow;
+        std::optional<std::int32_t> wide;
+    };
+    const Case cases[] = {{"5", std::int16_t{5}, 5},
+                          {"2.5", std::int16_t{2}, 2},
+                          {"3.5", std::int16_t{4}, 4},
+                          {"-1e2", std::int16_t{-100}, -100},
+                          {"32768", {}, 32768},
+                          {"3000000000", {}, {}},
+                          {"five", {}, {}},
+                          {"", {}, {}}};
+    for (const auto& [text, narrow, wide] : cases) {
+        EXPECT_EQ(ParseInt16(text), narrow) << text;
+        EXPECT_EQ(ParseInt32(text), wide) << text;
+    }
+}
+
+TEST(NumberText, LeadingNumberStopsWhereTheNumberDoes) {
+    for (const auto& [text, value] : {std::pair{"1000", 1000.0},
+                                      {"  250 Da/s", 250.0},
+                                      {"10000.5.7", 10000.5},
+                                      {"-3e2x", -300.0},
+                                      {"4e", 4.0},
+                                      {"1000e+ ", 1000.0},
+                                      {"fast", 0.0},
+                                      {"", 0.0}})
+        EXPECT_EQ(LeadingNumber(text), value) << text;
+}
+
+TEST(Text, TrimCaseSplitJoinPad) {
+    EXPECT_EQ(Trim(" \t a b\t "), "a b");
+    EXPECT_EQ(Trim(" \t"), "");
+    EXPECT_EQ(ToUpper("true \xC3\xA9z"), "TRUE \xC3\xA9Z");
+    EXPECT_TRUE(EqualIgnoringCase("Veltra", "vELTRA"));
+    EXPECT_FALSE(EqualIgnoringCase("Veltra", "Veltr"));
+    EXPECT_FALSE(EqualIgnoringCase("[", "{"));
+    EXPECT_EQ(Split("a;;b;", ';'), (std::vector<std::string>{"a", "", "b", ""}));
+    EXPECT_EQ(Split("", ';'), std::vector<std::string>{""});
+    EXPECT_EQ(JoinLines({}), "");
+    EXPECT_EQ(JoinLines({"", "a", ""}), "\r\na\r\n");
+    EXPECT_EQ(PadRight("ab", 4) + "|" + PadLeft("ab", 4) + "|" + PadRight("abcde", 4) + PadLeft("abcde", 4),
+              "ab  |  ab|abcdeabcde");
+}
+
+TEST(modStringUtils, IsNumericText) {
+    for (const char* text : {"", ".", ".5", "5.", "1700", "0.001"})
+        EXPECT_TRUE(IsNumericText(text)) << text;
+    for (const char* text : {"1.2.3", "-5", "1e5", " 5", "5,0", "+1"})
+        EXPECT_FALSE(IsNumericText(text)) << text;
+}
+
+class RecordedList : public ListControl {
+  public:
+    void InsertItem(int index, const std::string& text) override { items.insert(items.begin() + index, text); }
+    void SelectItem(int index) override { selected = index; }
+
+    std::vector<std::string> items;
+    int selected = -1;
+};
+
+TEST(modStringUtils, FillListFromHost) {
+    RecordedList list;
+    FillListFromHost(list, 7, 12, [](int first, int second) {
+        return std::vector<std::string>{std::to_string(first), std::to_string(second)};
+    });
+    EXPECT_EQ(list.items, (std::vector<std::string>{"7", "12"}));
+    EXPECT_EQ(list.selected, 0);
+
+    RecordedList untouched;
+    FillListFromHost(untouched, 7, 12,
+                     [](int, int) -> std::vector<std::string> { throw std::runtime_error("no such model"); });
+    FillListFromHost(untouched, 7, 12, [](int, int) { return std::vector<std::string>{}; });
+    EXPECT_TRUE(untouched.items.empty());
+    EXPECT_EQ(untouched.selected, -1);
+}
+
+}  // namespace

@@ -1,0 +1,134 @@
+#include "support/modGlobals.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <map>
+#include <optional>
+
+#include "support/DateTexts.h"
+#include "support/Files.h"
+#include "support/Paths.h"
+#include "tests/support_files/TempFolder.h"
+
+namespace {
+
+using namespace support;
+
+std::tm ThirteenthOfMay(int hour) {
+    std::tm time{};
+    time.tm_year = 2024 - 1900;
+    time.tm_mon = 4;
+    time.tm_mday = 13;
+    time.tm_hour = hour;
+    time.tm_min = 5;
+    time.tm_sec = 9;
+    time.tm_wday = 1;
+    return time;
+}
+
+const DateFormat yearFirst{"%Y-%m-%d", "%H:%M:%S", "C"};
+const DateFormat dayFirst{"%d.%m.%Y", "%T", "no such locale"};
+
+TEST(DateTexts, GeneralDateAndRunTimeTag) {
+    struct Case {
+        DateFormat format;
+        int hour;
+        const char* general;
+        const char* tag;
+    };
+    const Case cases[] = {
+        {{}, 15, "5/13/2024 3:05:09 PM", "(5-13-2024, 3h05m09 PM)"},
+        {{}, 0, "5/13/2024 12:05:09 AM", "(5-13-2024, 12h05m09 AM)"},
+        {yearFirst, 15, "2024-05-13 15:05:09", "(2024-05-13, 15h05m09)"},
+        {dayFirst, 3, "13.05.2024 03:05:09", "(13.05.2024, 03h05m09)"},
+    };
+    for (const auto& [format, hour, general, tag] : cases) {
+        EXPECT_EQ(GeneralDateText(format, ThirteenthOfMay(hour)), general);
+        EXPECT_EQ(GetRunTimeTag(general), tag);
+    }
+    EXPECT_EQ(FormatDateText({}, "%A %B", ThirteenthOfMay(0)), "Monday May");
+    EXPECT_EQ(FormatDateText({}, "", ThirteenthOfMay(0)), "");
+    EXPECT_EQ(GetRunTimeTag(""), "()");
+}
+
+/// Sets the variables that choose the locale, and puts them back.
+class LocaleVariables {
+  public:
+    explicit LocaleVariables(const std::map<std::string, std::string>& values) {
+        for (const char* name : {"LC_ALL", "LC_TIME", "LANG"}) {
+            const char* old = std::getenv(name);
+            old_[name] = old == nullptr ? std::nullopt : std::optional<std::string>(old);
+            ::unsetenv(name);
+        }
+        for (const auto& [name, value] : values)
+            ::setenv(name.c_str(), value.c_str(), 1);
+    }
+    ~LocaleVariables() {
+        for (const auto& [name, value] : old_) {
+            if (value)
+                ::setenv(name.c_str(), value->c_str(), 1);
+            else
+                ::unsetenv(name.c_str());
+        }
+    }
+    LocaleVariables(const LocaleVariables&) = delete;
+    LocaleVariables& operator=(const LocaleVariables&) = delete;
+
+  private:
+    std::map<std::string, std::optional<std::string>> old_;
+};
+
+TEST(DateTexts, WithoutAKnownLocaleTheFixedFormCounts) {
+    for (const auto& values : {std::map<std::string, std::string>{},
+                               {{"LC_ALL", ""}, {"LANG", "C"}},
+                               {{"LC_ALL", "C.UTF-8"}},
+                               {{"LC_TIME", "POSIX"}},
+                               {{"LANG", "xx_YY.UTF-8"}}}) {
+        const LocaleVariables variables(values);
+        const DateFormat format = DateFormatOfProcess();
+        EXPECT_EQ(GeneralDateText(format, ThirteenthOfMay(15)), "5/13/2024 3:05:09 PM");
+        EXPECT_EQ(format.localeName, "C");
+    }
+}
+
+TEST(modGlobals, MakesTheOutputFolderOrReturnsNothing) {
+    const TempFolder folder;
+    const std::string general = "5/13/2024 3:45:12 PM";
+    const std::string made = folder.File("Caffeine Veltra (5-13-2024, 3h45m12 PM)");
+    for (const char* end : {"", "/", "\\"})
+        EXPECT_EQ(MakeOutputFolder(folder.File("Caffeine Veltra") + end, general), made + PathSeparator());
+    EXPECT_EQ(MakeOutputFolder(folder.Path() + "\\Caffeine Veltra\\", general),
+              folder.Path() + "\\Caffeine Veltra (5-13-2024, 3h45m12 PM)" + PathSeparator());
+    EXPECT_EQ(MakeOutputFolder(folder.File("Caf/feine Veltra"), general), "");
+    EXPECT_EQ(SubFolders(folder.Path()), std::vector<std::string>{FileNameOf(made)});
+
+    AppendToFile(folder.File("x (1)"), "");
+    EXPECT_EQ(MakeOutputFolder(folder.File("x"), "1"), "");
+    EXPECT_EQ(MakeOutputFolder(folder.File("x (1)/y"), "1"), "");
+}
+
+TEST(modGlobals, AppendsLinesAndDropsFailures) {
+    const TempFolder folder;
+    const std::string path = folder.File("Log.txt");
+    AppendLineToFile(path, "one");
+    AppendLineToFile(path, "");
+    AppendLineToFile("", "lost");
+    AppendLineToFile(" \t", "lost");
+    AppendLineToFile(folder.Path(), "lost");
+    EXPECT_EQ(ReadWholeFile(path), "one\r\n\r\n");
+    EXPECT_EQ(FilesIn(folder.Path()), std::vector<std::string>{"Log.txt"});
+    EXPECT_FALSE(FileExists(" \t"));
+}
+
+TEST(modGlobals, CompoundNameExcess) {
+    for (const auto& [length, excess] : {std::pair{0, 0}, {31, 0}, {32, 1}, {33, 2}, {34, 3}, {40, 9}, {1031, 1000}})
+        EXPECT_EQ(GetCompoundNameExcess(std::string(static_cast<std::size_t>(length), 'x')), excess) << length;
+    std::string umlauts;
+    for (int i = 0; i < 31; ++i)
+        umlauts += "\xC3\xA4";
+    EXPECT_EQ(GetCompoundNameExcess(umlauts), 0);
+    EXPECT_EQ(GetCompoundNameExcess(umlauts + "x"), 1);
+}
+
+}  // namespace

@@ -1,0 +1,11 @@
+#pragma once
+
+#include "ports/Clock.h"
+
+/// A clock that stands still; its texts are set by the test.
+class FixedClock : public ports::Clock {
+  public:
+    ports::DateTimeTexts Now() const override { return texts; }
+
+    ports::DateTimeTexts texts{"5/13/2024 3:45:12 PM", "3:45:12 PM", "Monday", "May", 13, 2024};
+};
