@@ -1,0 +1,51 @@
+#include "orvanel/CompoundFolder.h"
+
+#include <string_view>
+
+#include "orvanel/HostErrorNumbers.h"
+#include "ports/HostError.h"
+#include "support/Files.h"
+#include "support/Paths.h"
+#include "support/Text.h"
+
+namespace orvanel {
+
+std::string ElementTablePath(const std::string& appLocation) {
+    return support::JoinPath(support::JoinPath(appLocation, "bin"), "QvElements.ini");
+}
+
+std::string ModelsFolder(const std::string& appLocation) {
+    return support::JoinPath(appLocation, "models");
+}
+
+std::string CompoundsFolder(const std::string& appLocation) {
+    return support::JoinPath(appLocation, "compounds");
+}
+
+std::vector<std::string> CompoundNames(const std::string& appLocation) {
+    const std::string_view extension = compoundFileExtension;
+    std::vector<std::string> names;
+    try {
+        for (const auto& file : support::FilesIn(CompoundsFolder(appLocation)))
+            if (file.size() > extension.size() && file.ends_with(extension))
+                names.push_back(file.substr(0, file.size() - extension.size()));
+    } catch (const support::FileError& error) {
+        throw ports::HostError(errorNumber::badConfiguration, error.what());
+    }
+    return names;
+}
+
+std::string FindCompoundFile(const std::string& appLocation, const std::string& compound) {
+    if (compound.find_first_of("\\/") != std::string::npos) return compound;
+    std::string known;
+    for (const auto& name : CompoundNames(appLocation)) {
+        if (support::EqualIgnoringCase(name, compound))
+            return support::JoinPath(CompoundsFolder(appLocation), name + compoundFileExtension);
+        known += (known.empty() ? "" : ", ") + name;
+    }
+    throw ports::HostError(errorNumber::badConfiguration, "There is no compound \"" + compound + "\" in " +
+                                                              CompoundsFolder(appLocation) +
+                                                              ", it has: " + (known.empty() ? "none" : known));
+}
+
+}  // namespace orvanel

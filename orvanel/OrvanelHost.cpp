@@ -1,0 +1,134 @@
+#include "orvanel/OrvanelHost.h"
+
+#include <utility>
+
+#include "orvanel/HostErrorNumbers.h"
+#include "orvanel/HostState.h"
+#include "orvanel/InstrumentHelperImpl.h"
+#include "orvanel/elements/ElementTableFile.h"
+#include "orvanel/explore/Exploration.h"
+#include "orvanel/methods/MethodPorts.h"
+#include "orvanel/queue/QueueServerHandle.h"
+#include "orvanel/tolm/TolmServiceImpl.h"
+#include "ports/HostError.h"
+#include "support/Files.h"
+#include "support/NumberText.h"
+#include "support/Platform.h"
+#include "support/Text.h"
+
+namespace orvanel {
+
+namespace {
+
+class ApplicationHandle : public ports::HostApplication {
+  public:
+    explicit ApplicationHandle(std::shared_ptr<HostState> state) : state_(std::move(state)) {}
+
+    std::unique_ptr<ports::AcquisitionService> GetAcquisitionService() override {
+        return CreateAcquisitionService(state_->Model(), state_->Config().operatingMode);
+    }
+
+  private:
+    std::shared_ptr<HostState> state_;
+};
+
+class ClockPause : public ports::Pause {
+  public:
+    explicit ClockPause(HostClock& clock) : clock_(clock) {}
+
+    void HostSleep(std::int32_t milliseconds) override {
+        if (milliseconds < 0)
+            throw ports::HostError(errorNumber::badPause,
+                                   "A pause of " + std::to_string(milliseconds) + " ms is impossible");
+        clock_.Sleep(milliseconds);
+    }
+
+  private:
+    HostClock& clock_;
+};
+
+class OrvanelHost : public ports::Host {
+  public:
+    OrvanelHost(const OrvanelConfig& config, HostClock& clock) : state_(std::make_shared<HostState>(config, clock)) {}
+
+    std::unique_ptr<ports::HostApplication> AttachToRunningApplication() override {
+        if (!state_->Config().running) return nullptr;
+        return std::make_unique<ApplicationHandle>(state_);
+    }
+
+    std::unique_ptr<ports::TolmService> TolmCreateService() override {
+        state_->RequireRunning("batch service");
+        return std::make_unique<TolmServiceImpl>(TolmServiceImpl::Actions{
+            [state = state_](const std::string& methodPath) { return state->PrepareSample(methodPath); },
+            [state = state_](QueuedSample sample) { state->Queue().Submit(std::move(sample)); },
+            [state = state_](const std::string& path, const std::string& name) {
+                state->RememberProject(path, name);
+            }});
+    }
+
+    std::unique_ptr<ports::QueueServer> HostQueueServer() override {
+        state_->RequireRunning("acquisition queue");
+        return std::make_unique<QueueServerHandle>(std::shared_ptr<QueueEngine>(state_, &state_->Queue()));
+    }
+
+    std::unique_ptr<ports::Pause> CreatePause() override { return std::make_unique<ClockPause>(state_->Clock()); }
+
+    std::unique_ptr<ports::DataExploration> CreateDataExploration() override {
+        return orvanel::CreateDataExploration();
+    }
+
+    std::unique_ptr<ports::InstrumentHelper> CreateInstrumentHelper() override {
+        std::optional<std::int32_t> connected;
+        if (state_->Config().running) connected = state_->Config().modelCode;
+        return std::make_unique<InstrumentHelperImpl>(
+            connected,
+            [state = state_]() -> const std::map<std::int32_t, InstrumentModel>& { return state->Models(); });
+    }
+
+    std::unique_ptr<ports::ElementTable> OpenElementTable(const std::string& path) override {
+        return OpenElementTableFile(path);
+    }
+
+    std::optional<std::string> RegRead(const std::string& path) override {
+        const auto isPath = [&](std::string_view known) { return support::EqualIgnoringCase(path, known); };
+        if (isPath(registryPath::queueStatus)) {
+            if (!state_->Config().running) return std::nullopt;
+            return std::to_string(static_cast<int>(state_->Queue().Status()));
+        }
+        if (auto value = state_->Registry().Read(path)) return value;
+        if (isPath(registryPath::dataLocation)) return state_->Config().dataLocation;
+        if (isPath(registryPath::appLocation)) return state_->Config().appLocation;
+        return std::nullopt;
+    }
+
+    bool HostOpenDocument(const std::string& path) override {
+        try {
+            if (!support::FileExists(path) || path.size() < 4) return false;
+            if (!support::EqualIgnoringCase(path.substr(path.size() - 4), ".xmt")) return false;
+            return support::StartTextViewer(path);
+        } catch (const std::exception&) {
+            return false;
+        }
+    }
+
+    std::string GetDescription() const override {
+        std::string sprayed;
+        for (const auto& entry : state_->Sample())
+            sprayed += (sprayed.empty() ? "" : ", ") + entry.compound.name + " " + entry.compound.adduct + " at m/z " +
+                       support::MzText(entry.compound.Root().mz);
+        std::string text = "Simulated instrument: nothing here was measured";
+        if (state_->Config().running) text += " (spraying " + (sprayed.empty() ? "solvent only" : sprayed) + ")";
+        return text;
+    }
+
+  private:
+    std::shared_ptr<HostState> state_;
+};
+
+}  // namespace
+
+std::unique_ptr<ports::Host> CreateOrvanelHost(const OrvanelConfig& config, HostClock& clock) {
+    return std::make_unique<OrvanelHost>(config, clock);
+}
+
+}  // namespace orvanel

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "orvanel/clock/HostClock.h"
+#include "orvanel/config/OrvanelConfig.h"
+#include "ports/Host.h"
+
+namespace orvanel {
+
+/// The host application as we ship it, with its simulated instrument.
+/// @param config a checked configuration; with Running=0 the host can be asked for registry values and models, but
+/// there is no application to attach to and its queue, batch service and editing are refused
+/// @param clock the one clock; must outlive the host
+/// @throws ports::HostError when models, compounds or the element table cannot be loaded
+std::unique_ptr<ports::Host> CreateOrvanelHost(const OrvanelConfig& config, HostClock& clock);
+
+/// A new project, ready to be optimised in.
+struct NewProject {
+    std::string folder;       ///< DIR: gets Orvanel.ini and Projects/NAME
+    std::string projectName;  ///< NAME
+    std::string compound;     ///< what is sprayed
+    std::string appLocation;
+    std::int32_t modelCode = 27;
+};
+
+/// What the caller needs to write the client program's own settings.
+struct ProjectFacts {
+    std::string starterMethodPath;
+    std::string orvanelIniPath;
+    double expectedMz = 0;
+    int polarity = 0;
+    double lowestFragmentMz = 0;
+    double highestFragmentMz = 0;
+    double fragmentCe = 0;  ///< V, mean of the fragments' best collision energies; 0 when the compound file states none
+};
+
+/// Writes Orvanel.ini (ClockFactor=0), Projects/NAME/Acquisition Methods/Start.xmt and Projects/NAME/Data. The starter
+/// method's voltages are sound but not the optimum.
+/// @throws ports::HostError when the folder already holds such a project, the compound is unknown or a path is too long
+ProjectFacts CreateProject(const NewProject& project);
+
+/// Names and titles of the compounds that ship, sorted by name. @throws ports::HostError
+struct CompoundSummary {
+    std::string name;
+    std::string title;
+    double mz = 0;
+    int polarity = 0;
+    std::string adduct;
+};
+std::vector<CompoundSummary> ListCompounds(const std::string& appLocation);
+
+}  // namespace orvanel

@@ -1,0 +1,214 @@
+#include <algorithm>
+#include <cmath>
+#include <filesystem>
+
+#include "orvanel/CompoundFolder.h"
+#include "orvanel/HostErrorNumbers.h"
+#include "orvanel/InstrumentHelperImpl.h"
+#include "orvanel/OrvanelHost.h"
+#include "orvanel/elements/ElementTableFile.h"
+#include "orvanel/instrument/Compound.h"
+#include "orvanel/instrument/InstrumentModel.h"
+#include "orvanel/methods/MethodFile.h"
+#include "orvanel/methods/Validation.h"
+#include "orvanel/tolm/ProjectFiles.h"
+#include "ports/HostError.h"
+#include "support/Files.h"
+#include "support/NumberText.h"
+#include "support/Paths.h"
+#include "support/Text.h"
+
+namespace orvanel {
+
+namespace {
+
+/// A client's settings file keeps no more bytes of a value.
+constexpr std::size_t maximumMethodPathBytes = 255;
+constexpr double halfWindowDa = 15;
+constexpr double starterScanRate = 1000;  ///< Da/s, taken where the model offers it
+constexpr int starterCycles = 10;
+
+// How far off their optimum the starter method's voltages are: sound, but worth optimising.
+constexpr double declusteringOffset = -30;
+constexpr double cellEntranceOffset = -10;
+constexpr double entrancePotential = 10;
+constexpr double collisionEnergy = 10;
+constexpr double excitationShare = 0.3;  ///< of the AF2 scale's end
+
+[[noreturn]] void Fail(const std::string& text) {
+    throw ports::HostError(errorNumber::badProject, text);
+}
+
+std::string AbsolutePath(const std::string& path) {
+    const std::string native = support::NativePath(path);
+    const auto absolute =
+        std::filesystem::absolute(std::u8string(native.begin(), native.end())).lexically_normal().u8string();
+    std::string text(absolute.begin(), absolute.end());
+    while (text.size() > 1 && support::IsPathSeparator(text.back()))
+        text.pop_back();
+    return text;
+}
+
+/// The magnitude moved into what the model takes.
+double Clamped(const InstrumentModel& model, const std::string& id, double magnitude) {
+    const auto limits = model.parameterLimits.find(id);
+    if (limits == model.parameterLimits.end()) return magnitude;
+    return std::clamp(magnitude, limits->second.minimum, limits->second.maximum);
+}
+
+double ScaleEnd(const InstrumentModel& model, const std::string& id, double fallback) {
+    const auto limits = model.parameterLimits.find(id);
+    return limits == model.parameterLimits.end() ? fallback : limits->second.maximum;
+}
+
+std::vector<Parameter> StarterCompoundTable(const InstrumentModel& model, const Compound& compound) {
+    std::vector<Parameter> table;
+    const double sign = compound.polarity == 1 ? -1 : 1;
+    const auto add = [&](const std::string& id, double magnitude, double signOfId) {
+        const double rounded = std::round(Clamped(model, id, magnitude) * 100) / 100;
+        table.push_back({id, static_cast<float>(rounded == 0 ? 0 : signOfId * rounded)});
+    };
+    add("DP", std::max(std::round((compound.dpLow + compound.dpHigh) / 2 + declusteringOffset), 0.0), sign);
+    add("EP", entrancePotential, sign);
+    if (model.hasCep) {
+        const double optimum = model.cepOffset + model.cepSlope * compound.Root().mz;
+        add("CEP", std::max(std::round(optimum + cellEntranceOffset), 0.0), sign);
+    }
+    add("CE", collisionEnergy, sign);
+    add("CES", 0, 1);
+    add("AF2", excitationShare * ScaleEnd(model, "AF2", 100), 1);
+    return table;
+}
+
+std::vector<Parameter> StarterSourceTable(const InstrumentModel& model, int polarity) {
+    const Parameter infusion[] = {{"CUR", 20}, {"GS1", 20}, {"GS2", 0}, {"IS", polarity == 1 ? -4500.0F : 5500.0F},
+                                  {"TEM", 50}, {"ihe", 1},  {"CAD", 4}};
+    std::vector<Parameter> table;
+    for (const auto& [id, value] : infusion) {
+        const double magnitude = Clamped(model, id, std::abs(static_cast<double>(value)));
+        table.push_back({id, static_cast<float>(value < 0 ? -magnitude : magnitude)});
+    }
+    return table;
+}
+
+MassRangeRecord StarterRange(const InstrumentModel& model, const Compound& compound, const ScanRateStep& scan) {
+    MassRangeRecord range;
+    range.start = std::max(std::round(compound.Root().mz) - halfWindowDa, model.trapMz.minimum);
+    range.stop = std::min(std::round(compound.Root().mz) + halfWindowDa, model.trapMz.maximum);
+    range.step = scan.stepDa;
+    range.dwellTimeMs = scan.stepDa / scan.rate * 1000;
+    range.compoundParameters = StarterCompoundTable(model, compound);
+    return range;
+}
+
+MethodDocument StarterMethod(const InstrumentModel& model, const Compound& compound) {
+    constexpr int scanType = static_cast<int>(ScanType::EnhancedResolution);
+    const ScanRateStep* scan = FindScanRate(model, scanType, starterScanRate);
+    if (scan == nullptr && model.scanRates.contains(scanType) && !model.scanRates.at(scanType).empty())
+        scan = &model.scanRates.at(scanType).front();
+    if (!model.linearIonTrap || scan == nullptr)
+        Fail("Model " + std::to_string(model.code) +
+             " scans no linear ion trap, choose another instrument model for the project");
+
+    ExperimentRecord experiment;
+    experiment.scanType = scanType;
+    experiment.polarity = compound.polarity;
+    experiment.q1Resolution = 3;
+    experiment.scanRate = scan->rate;
+    experiment.excitationTimeMs = model.excitationTimeMs;
+    experiment.sourceGas = StarterSourceTable(model, compound.polarity);
+    experiment.massRanges.push_back(StarterRange(model, compound, *scan));
+
+    MethodDocument document;
+    document.comment = "Infusion of " + compound.title + " on a simulated instrument";
+    document.devices.push_back(
+        {"SyringePump", "Syringe pump", std::nullopt, {{"FlowRateUlPerMin", "10"}, {"SyringeDiameterMm", "4.61"}}});
+    MassSpecRecord massSpec;
+    massSpec.operatingMode = model.operatingModes.empty() ? 0 : model.operatingModes.front();
+    massSpec.periods.push_back({starterCycles, std::nullopt, {experiment}});
+    CheckSubmittable(model, massSpec);
+    document.devices.push_back({"MassSpectrometer", model.name, massSpec, {}});
+    return document;
+}
+
+ProjectFacts FactsOf(const Compound& compound) {
+    ProjectFacts facts;
+    facts.expectedMz = compound.Root().mz;
+    facts.polarity = compound.polarity;
+    for (const auto& [name, node] : compound.nodes) {
+        if (name == compound.root) continue;
+        const bool first = facts.highestFragmentMz == 0;
+        facts.lowestFragmentMz = first ? node.mz : std::min(facts.lowestFragmentMz, node.mz);
+        facts.highestFragmentMz = std::max(facts.highestFragmentMz, node.mz);
+    }
+    for (const auto& planted : compound.truth)
+        facts.fragmentCe += planted.ce / static_cast<double>(compound.truth.size());
+    return facts;
+}
+
+std::string IniText(const NewProject& project, const std::string& compound, int operatingMode) {
+    std::string text;
+    const auto line = [&](const std::string& content) { text += content + support::crLf; };
+    line("[Orvanel]");
+    line("Running=1");
+    line("ModelCode=" + std::to_string(project.modelCode));
+    line("OperatingMode=" + std::to_string(operatingMode));
+    line("ClockFactor=0");
+    line("[Sample]");
+    line("Compound1=" + compound);
+    line("Amount1=1");
+    line("[Simulation]");
+    line("Seed=1");
+    line("NoiseLevel=1");
+    return text;
+}
+
+}  // namespace
+
+ProjectFacts CreateProject(const NewProject& project) {
+    if (!IsPortableName(project.projectName))
+        Fail("\"" + project.projectName + "\" is no name of a project, expected is a folder's name");
+    if (project.folder.empty()) Fail("No folder is given for the project");
+    const auto elements = OpenElementTableFile(ElementTablePath(project.appLocation));
+    const std::string compoundFile = FindCompoundFile(project.appLocation, project.compound);
+    const bool isPath = compoundFile == project.compound;
+    const Compound compound = LoadCompound(compoundFile, *elements);
+    const auto models = LoadInstrumentModels(ModelsFolder(project.appLocation));
+    const MethodDocument method = StarterMethod(FindModel(models, project.modelCode), compound);
+
+    const std::string folder = AbsolutePath(project.folder);
+    const std::string projectFolder = support::JoinPath(support::JoinPath(folder, "Projects"), project.projectName);
+    const std::string methods = support::JoinPath(projectFolder, "Acquisition Methods");
+    ProjectFacts facts = FactsOf(compound);
+    facts.orvanelIniPath = support::JoinPath(folder, "Orvanel.ini");
+    facts.starterMethodPath = support::JoinPath(methods, "Start.xmt");
+    if (facts.starterMethodPath.size() > maximumMethodPathBytes)
+        Fail("The path " + facts.starterMethodPath + " has " + std::to_string(facts.starterMethodPath.size()) +
+             " bytes, more than the " + std::to_string(maximumMethodPathBytes) + " allowed, choose a shorter folder");
+    for (const auto& path : {facts.orvanelIniPath, facts.starterMethodPath})
+        if (support::FileExists(path)) Fail("The file " + path + " exists already, choose another folder or name");
+
+    try {
+        support::CreateFolders(methods);
+        support::CreateFolders(support::JoinPath(projectFolder, "Data"));
+        WriteMethodFile(facts.starterMethodPath, method);
+        support::WriteWholeFile(
+            facts.orvanelIniPath,
+            IniText(project, isPath ? AbsolutePath(compoundFile) : project.compound, method.MassSpec()->operatingMode));
+    } catch (const support::FileError& error) {
+        Fail(error.what());
+    }
+    return facts;
+}
+
+std::vector<CompoundSummary> ListCompounds(const std::string& appLocation) {
+    const auto elements = OpenElementTableFile(ElementTablePath(appLocation));
+    std::vector<CompoundSummary> summaries;
+    for (const auto& name : CompoundNames(appLocation)) {
+        const Compound compound = LoadCompound(FindCompoundFile(appLocation, name), *elements);
+        summaries.push_back({compound.name, compound.title, compound.Root().mz, compound.polarity, compound.adduct});
+    }
+    return summaries;
+}
+
+}  // namespace orvanel

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <cstdint>
+#include <initializer_list>
+#include <pugixml.hpp>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace orvanel {
+
+/// One kind of XML document of the host.
+struct XmlFormat {
+    std::string what;  ///< for people, such as "an acquisition method"
+    std::string rootElement;
+    int version = 1;
+    std::int32_t unreadableNumber = 0;  ///< host error number when the file cannot be read
+    std::int32_t damagedNumber = 0;     ///< host error number when its content is not of this format
+};
+
+/// Reads an XML file strictly: nothing unknown, nothing missing, nothing beyond a limit. Every error is a
+/// ports::HostError that names file, line, what is wrong and what is expected.
+class XmlReader {
+  public:
+    static constexpr std::uint64_t fileSizeLimit = 4u << 20;
+
+    /// Reads the file and checks root element, version and the mark of a simulated instrument.
+    XmlReader(std::string path, XmlFormat format);
+
+    pugi::xml_node Root() const { return document_.document_element(); }
+
+    [[noreturn]] void Fail(pugi::xml_node at, const std::string& text) const;
+    void CheckAttributes(pugi::xml_node element, std::initializer_list<std::string_view> required,
+                         std::initializer_list<std::string_view> optional = {}) const;
+    /// Refuses children other than elements of these names, and more than the limit of any one.
+    void CheckChildren(pugi::xml_node element, std::initializer_list<std::string_view> names,
+                       std::size_t limit = 1) const;
+
+    std::string Text(pugi::xml_node element, const char* attribute, std::size_t lengthLimit = 1024) const;
+    double Number(pugi::xml_node element, const char* attribute) const;
+    float Single(pugi::xml_node element, const char* attribute) const;
+    int Whole(pugi::xml_node element, const char* attribute, int minimum, int maximum) const;
+    bool Flag(pugi::xml_node element, const char* attribute) const { return Whole(element, attribute, 0, 1) == 1; }
+
+  private:
+    [[noreturn]] void FailAt(std::ptrdiff_t offset, const std::string& text) const;
+
+    std::string path_;
+    XmlFormat format_;
+    std::string text_;
+    pugi::xml_document document_;
+};
+
+/// Whether the text is UTF-8 without control characters other than tab and line ends, as XML wants it.
+bool IsXmlText(std::string_view text);
+
+/// Appends the root element of a new document, with its version and the mark of a simulated instrument.
+pugi::xml_node AppendXmlRoot(pugi::xml_document& document, const XmlFormat& format);
+/// The whole document as UTF-8 text.
+std::string XmlDocumentText(const pugi::xml_document& document);
+
+}  // namespace orvanel

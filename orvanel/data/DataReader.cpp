@@ -1,0 +1,73 @@
+#include "orvanel/data/DataReader.h"
+
+#include <algorithm>
+
+#include "orvanel/data/DataErrors.h"
+#include "orvanel/data/MzmlAdapter.h"
+#include "ports/HostError.h"
+#include "support/Files.h"
+#include "support/Paths.h"
+
+namespace orvanel {
+namespace {
+
+constexpr std::uint64_t fileSizeLimit = std::uint64_t{1} << 30;
+constexpr std::size_t pointLimit = 40'000'000;
+constexpr std::size_t cachedFiles = 3;
+
+std::filesystem::path SystemPath(const std::string& path) {
+    const std::string native = support::NativePath(path);
+    return std::filesystem::path(std::u8string(native.begin(), native.end()));
+}
+
+void RequireFile(const std::string& path) {
+    if (!support::FileExists(path))
+        throw ports::HostError(dataFileNotFound, "The data file \"" + path + "\" does not exist");
+}
+
+/// A library's message in one line without the full stop at its end.
+std::string OneLine(std::string text) {
+    std::replace_if(
+        text.begin(), text.end(), [](char c) { return c == '\n' || c == '\r' || c == '\t'; }, ' ');
+    while (!text.empty() && (text.back() == '.' || text.back() == ' '))
+        text.pop_back();
+    return text.empty() ? "it is not sound mzML" : text;
+}
+
+}  // namespace
+
+DataFileContent ReadDataFile(const std::string& path) {
+    RequireFile(path);
+    std::error_code ignored;
+    const auto size = std::filesystem::file_size(SystemPath(path), ignored);
+    if (!ignored && size > fileSizeLimit)
+        throw ports::HostError(dataFileTooLarge, "The data file \"" + path + "\" is larger than 1 GiB");
+    try {
+        return ReadMzml(support::ReadWholeFile(path, fileSizeLimit), pointLimit);
+    } catch (const std::exception& error) {
+        throw ports::HostError(dataFileUnreadable,
+                               "The data file \"" + path + "\" cannot be read: " + OneLine(error.what()));
+    }
+}
+
+std::shared_ptr<const DataFileContent> DataFileCache::Open(const std::string& path) {
+    RequireFile(path);
+    std::error_code error;
+    Entry wanted{path, std::filesystem::file_size(SystemPath(path), error), {}, nullptr};
+    if (!error) wanted.changed = std::filesystem::last_write_time(SystemPath(path), error);
+    const auto found = std::find_if(entries_.begin(), entries_.end(), [&](const Entry& entry) {
+        return !error && entry.path == wanted.path && entry.size == wanted.size && entry.changed == wanted.changed;
+    });
+    if (found != entries_.end()) {
+        std::rotate(entries_.begin(), found, found + 1);
+        return entries_.front().content;
+    }
+    wanted.content = std::make_shared<const DataFileContent>(ReadDataFile(path));
+    auto content = wanted.content;
+    std::erase_if(entries_, [&](const Entry& entry) { return entry.path == path; });
+    entries_.insert(entries_.begin(), std::move(wanted));
+    if (entries_.size() > cachedFiles) entries_.pop_back();
+    return content;
+}
+
+}  // namespace orvanel

@@ -1,0 +1,271 @@
+#include "orvanel/data/MzmlAdapter.h"
+
+#include <algorithm>
+#include <boost/make_shared.hpp>
+#include <cmath>
+#include <limits>
+#include <numeric>
+#include <pwiz/data/msdata/MSData.hpp>
+#include <pwiz/data/msdata/Serializer_mzML.hpp>
+#include <sstream>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+#include "support/NumberText.h"
+
+namespace orvanel {
+namespace {
+
+using namespace pwiz::cv;
+namespace msdata = pwiz::msdata;
+using pwiz::data::ParamContainer;
+
+/// What the spectra of one experiment share.
+struct ExperimentKey {
+    int msLevel = 1;
+    int polarity = 0;
+    bool profile = false;
+    friend bool operator==(const ExperimentKey&, const ExperimentKey&) = default;
+};
+
+double NumberOf(const std::string& text, const std::string& where) {
+    const auto value = support::ParseDouble(text);
+    if (!value) throw std::runtime_error(where + " is \"" + text + "\", which is no number");
+    return *value;
+}
+
+std::optional<double> TermNumber(const ParamContainer& container, CVID term, const std::string& where) {
+    const auto param = container.cvParam(term);
+    if (param.empty() || param.value.empty()) return std::nullopt;
+    return NumberOf(param.value, where + ": " + param.name());
+}
+
+std::optional<double> UserNumber(const ParamContainer& container, const char* name, const std::string& where) {
+    const auto param = container.userParam(name);
+    if (param.empty() || param.value.empty()) return std::nullopt;
+    return NumberOf(param.value, where + ": " + name);
+}
+
+/// Copies an array, checked to be finite.
+std::vector<double> ValuesOf(const msdata::BinaryDataArrayPtr& array, const std::string& where) {
+    if (!array) return {};
+    std::vector<double> values(array->data.begin(), array->data.end());
+    for (const double value : values)
+        if (!std::isfinite(value)) throw std::runtime_error(where + " holds a value that is no finite number");
+    return values;
+}
+
+/// Reads the document into the content of its experiment.
+class MzmlExtractor {
+  public:
+    MzmlExtractor(const msdata::MSData& document, std::size_t pointLimit)
+        : document_(document), pointsLeft_(pointLimit) {}
+
+    DataFileContent Extract();
+
+  private:
+    void ReadSpectra();
+    void ReadChromatograms();
+    void TakePoints(std::size_t count);
+    void AddSpectrum(const msdata::Spectrum& spectrum, const std::string& where);
+    void AddChromatogram(const msdata::Chromatogram& chromatogram, const std::string& where);
+
+    const msdata::MSData& document_;
+    std::size_t pointsLeft_;
+    DataFileContent content_;
+};
+
+void MzmlExtractor::TakePoints(std::size_t count) {
+    if (count > pointsLeft_) throw std::runtime_error("it holds more data points than can be explored");
+    pointsLeft_ -= count;
+}
+
+bool IsMassSpectrum(const msdata::Spectrum& spectrum) {
+    const auto type = spectrum.cvParamChild(MS_spectrum_type);
+    return type.empty() || cvIsA(type.cvid, MS_mass_spectrum) || spectrum.hasCVParam(MS_ms_level);
+}
+
+ExperimentKey KeyOf(const msdata::Spectrum& spectrum, const std::string& where) {
+    ExperimentKey key;
+    key.profile = spectrum.hasCVParam(MS_profile_spectrum);
+    key.polarity = spectrum.hasCVParam(MS_negative_scan) ? 1 : 0;
+    const double level = TermNumber(spectrum, MS_ms_level, where).value_or(1);
+    if (level < 1 || level > 100) throw std::runtime_error(where + ": the MS level is out of range");
+    key.msLevel = static_cast<int>(level);
+    return key;
+}
+
+/// Points in order of m/z; a negative intensity, which some baseline corrections leave, counts as zero.
+void SortPoints(StoredSpectrum& stored) {
+    for (double& value : stored.intensity)
+        value = std::max(value, 0.0);
+    if (std::is_sorted(stored.mz.begin(), stored.mz.end())) return;
+    std::vector<std::size_t> order(stored.mz.size());
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    std::stable_sort(order.begin(), order.end(),
+                     [&](std::size_t a, std::size_t b) { return stored.mz[a] < stored.mz[b]; });
+    StoredSpectrum sorted;
+    for (const std::size_t i : order) {
+        sorted.mz.push_back(stored.mz[i]);
+        sorted.intensity.push_back(stored.intensity[i]);
+    }
+    stored.mz.swap(sorted.mz);
+    stored.intensity.swap(sorted.intensity);
+}
+
+double MinutesOf(const msdata::CVParam& time, const std::string& where) {
+    const double value = NumberOf(time.value, where + ": scan start time");
+    if (time.units == UO_second) return value / 60;
+    if (time.units == UO_millisecond) return value / 60000;
+    return value;
+}
+
+void MzmlExtractor::AddSpectrum(const msdata::Spectrum& spectrum, const std::string& where) {
+    StoredSpectrum stored;
+    stored.cycle = static_cast<int>(content_.spectra.size()) + 1;
+    if (const auto cycle = UserNumber(spectrum, dataParameter::cycle, where)) {
+        if (*cycle < 1 || *cycle > std::numeric_limits<std::int32_t>::max())
+            throw std::runtime_error(where + ": the cycle number is out of range");
+        stored.cycle = static_cast<int>(*cycle);
+    }
+    stored.rampValue = UserNumber(spectrum, dataParameter::rampValue, where);
+    if (content_.rampParameter.empty()) content_.rampParameter = spectrum.userParam(dataParameter::rampParameter).value;
+    stored.timeMinutes = content_.spectra.empty() ? 0 : content_.spectra.back().timeMinutes;
+    if (!spectrum.scanList.scans.empty()) {
+        const auto time = spectrum.scanList.scans.front().cvParam(MS_scan_start_time);
+        if (!time.empty() && !time.value.empty()) stored.timeMinutes = MinutesOf(time, where);
+    }
+    stored.mz = ValuesOf(spectrum.getMZArray(), where + ": the m/z array");
+    stored.intensity = ValuesOf(spectrum.getIntensityArray(), where + ": the intensity array");
+    if (stored.mz.size() != stored.intensity.size())
+        throw std::runtime_error(where + " has " + std::to_string(stored.mz.size()) + " m/z values but " +
+                                 std::to_string(stored.intensity.size()) + " intensities");
+    TakePoints(stored.mz.size());
+    SortPoints(stored);
+    content_.spectra.push_back(std::move(stored));
+}
+
+void MzmlExtractor::ReadSpectra() {
+    const auto list = document_.run.spectrumListPtr;
+    if (!list) return;
+    std::optional<ExperimentKey> experiment;
+    for (std::size_t i = 0; i < list->size(); ++i) {
+        const std::string where = "spectrum " + std::to_string(i + 1);
+        const auto header = list->spectrum(i, false);
+        if (!header || !IsMassSpectrum(*header)) continue;
+        const ExperimentKey key = KeyOf(*header, where);
+        if (!experiment) experiment = key;
+        if (key != *experiment) continue;
+        if (header->defaultArrayLength > pointsLeft_) TakePoints(header->defaultArrayLength);
+        const auto spectrum = list->spectrum(i, true);
+        if (!spectrum) throw std::runtime_error(where + " is missing");
+        AddSpectrum(*spectrum, where);
+    }
+    if (!experiment) return;
+    content_.msLevel = experiment->msLevel;
+    content_.polarity = experiment->polarity;
+    content_.profile = experiment->profile;
+    std::stable_sort(content_.spectra.begin(), content_.spectra.end(),
+                     [](const StoredSpectrum& a, const StoredSpectrum& b) { return a.cycle < b.cycle; });
+}
+
+void MzmlExtractor::AddChromatogram(const msdata::Chromatogram& chromatogram, const std::string& where) {
+    StoredTrace trace;
+    const auto& precursor = chromatogram.precursor;
+    auto q1 = TermNumber(precursor.isolationWindow, MS_isolation_window_target_m_z, where);
+    if (!q1 && !precursor.selectedIons.empty())
+        q1 = TermNumber(precursor.selectedIons.front(), MS_selected_ion_m_z, where);
+    const bool total = chromatogram.hasCVParam(MS_TIC_chromatogram);
+    if (!total && !q1) return;
+    trace.q1 = q1.value_or(0);
+    trace.q3 = TermNumber(chromatogram.product.isolationWindow, MS_isolation_window_target_m_z, where).value_or(0);
+
+    const auto times = chromatogram.getTimeArray();
+    trace.timeMinutes = ValuesOf(times, where + ": the time array");
+    const CVID unit = times ? times->cvParam(MS_time_array).units : UO_minute;
+    if (unit == UO_second)
+        for (double& time : trace.timeMinutes)
+            time /= 60;
+    trace.intensity = ValuesOf(chromatogram.getIntensityArray(), where + ": the intensity array");
+    if (trace.timeMinutes.size() != trace.intensity.size())
+        throw std::runtime_error(where + " has " + std::to_string(trace.timeMinutes.size()) + " times but " +
+                                 std::to_string(trace.intensity.size()) + " intensities");
+    const std::string ramped = chromatogram.userParam(dataParameter::rampParameter).value;
+    if (!ramped.empty()) {
+        for (const auto& array : chromatogram.binaryDataArrayPtrs)
+            if (array && array->cvParam(MS_non_standard_data_array).value == ramped)
+                trace.rampValues = ValuesOf(array, where + ": the array of " + ramped);
+        if (trace.rampValues.size() != trace.timeMinutes.size())
+            throw std::runtime_error(where + " has not one value of " + ramped + " for each point");
+        content_.rampParameter = ramped;
+    }
+    TakePoints(trace.intensity.size());
+    if (!total)
+        content_.traces.push_back(std::move(trace));
+    else if (!content_.total)
+        content_.total = std::move(trace);
+}
+
+void MzmlExtractor::ReadChromatograms() {
+    const auto list = document_.run.chromatogramListPtr;
+    if (!list) return;
+    for (std::size_t i = 0; i < list->size(); ++i) {
+        const std::string where = "chromatogram " + std::to_string(i + 1);
+        const auto chromatogram = list->chromatogram(i, true);
+        if (!chromatogram) throw std::runtime_error(where + " is missing");
+        AddChromatogram(*chromatogram, where);
+    }
+}
+
+DataFileContent MzmlExtractor::Extract() {
+    ReadSpectra();
+    ReadChromatograms();
+    return std::move(content_);
+}
+
+/// Numbers the elements of one kind in their order. Spectra that were picked from a larger file often keep the index
+/// they had there, and the library looks for them at that place.
+/// @param tag with the bracket before and the blank behind it
+std::string Renumbered(const std::string& text, std::string_view tag) {
+    constexpr std::string_view attribute = " index=\"";
+    std::string result;
+    std::size_t copied = 0;
+    std::size_t number = 0;
+    for (auto at = text.find(tag); at != std::string::npos; at = text.find(tag, at + tag.size())) {
+        const auto tagEnd = text.find('>', at);
+        const auto begin = text.find(attribute, at);
+        if (tagEnd == std::string::npos || begin >= tagEnd) continue;
+        const auto value = begin + attribute.size();
+        const auto quote = text.find('"', value);
+        if (quote == std::string::npos) break;
+        result.append(text, copied, value - copied).append(std::to_string(number++));
+        copied = quote;
+    }
+    return result.append(text, copied, std::string::npos);
+}
+
+}  // namespace
+
+DataFileContent ReadMzml(std::string text, std::size_t pointLimit) {
+    if (text.empty()) throw std::runtime_error("it is empty");
+    const std::size_t begin = text.find("<mzML");
+    if (begin == std::string::npos) throw std::runtime_error("it is not an mzML file");
+    // The library reads on without a word when the end of the run is missing.
+    constexpr std::string_view endTag = "</mzML>";
+    const std::size_t end = text.rfind(endTag);
+    if (end == std::string::npos || end < begin) throw std::runtime_error("it is cut off, its end is missing");
+    // Without the index around it, which may be wrong; the library then makes its own in one pass.
+    text.erase(end + endTag.size());
+    text.erase(0, begin);
+    text = Renumbered(text, "<spectrum ");
+    text = Renumbered(text, "<chromatogram ");
+    msdata::Serializer_mzML::Config config;
+    config.indexed = false;
+    auto in = boost::make_shared<std::istringstream>(std::move(text));
+    msdata::MSData document;
+    msdata::Serializer_mzML(config).read(in, document);
+    return MzmlExtractor(document, pointLimit).Extract();
+}
+
+}  // namespace orvanel

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "ports/ElementTable.h"
+
+namespace orvanel {
+
+/// Opens an element-data file (docs/formats.md), read and validated whole.
+/// @throws ports::HostError naming file, line and what is wrong
+std::unique_ptr<ports::ElementTable> OpenElementTableFile(const std::string& path);
+
+}  // namespace orvanel

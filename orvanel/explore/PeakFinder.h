@@ -1,0 +1,23 @@
+#pragma once
+
+#include <vector>
+
+namespace orvanel {
+
+/// One peak of a spectrum.
+struct Peak {
+    double mz = 0;         ///< centroid, Da
+    double intensity = 0;  ///< height of the lightly smoothed peak, cps; above 0
+    double area = 0;       ///< cps times Da; for a centroid spectrum its intensity
+    double ions = 0;       ///< estimated number of ions counted; for a centroid spectrum unlimited
+    double widthDa = 0;    ///< full width at half maximum; for a centroid spectrum 0
+    int charge = 0;        ///< 0 when the isotopes do not tell
+    bool monoisotopic = true;
+};
+
+/// Finds the peaks of a spectrum that stand out of its noise, with centroids, areas and isotope assignment, as
+/// docs/peak-finding.md describes. Points are in order of m/z and not negative.
+/// @return in order of m/z
+std::vector<Peak> FindPeaks(const std::vector<double>& mz, const std::vector<double>& intensity, bool profile);
+
+}  // namespace orvanel

@@ -1,0 +1,166 @@
+#include "orvanel/instrument/Compound.h"
+
+#include <cmath>
+#include <set>
+#include <stdexcept>
+
+#include "orvanel/instrument/Formula.h"
+#include "orvanel/instrument/Fragmentation.h"
+#include "orvanel/instrument/InstrumentErrors.h"
+#include "orvanel/instrument/StrictIni.h"
+#include "support/NumberText.h"
+#include "support/Paths.h"
+#include "support/Text.h"
+
+namespace orvanel {
+namespace {
+
+constexpr double formulaToleranceDa = 0.005;
+constexpr std::size_t maximumNodes = 500;
+constexpr std::string_view nodePrefix = "Node ";
+constexpr std::string_view branchPrefix = "To ";
+
+bool HasPrefix(const std::string& text, std::string_view prefix) {
+    return text.size() > prefix.size() && support::EqualIgnoringCase(text.substr(0, prefix.size()), prefix);
+}
+
+class CompoundReader {
+  public:
+    CompoundReader(const std::string& path, ports::ElementTable& elements)
+        : file_(path, compoundFileFaulty), elements_(elements) {
+        compound_.name = support::FileNameOf(path);
+        if (support::ToUpper(compound_.name).ends_with(".INI")) compound_.name.resize(compound_.name.size() - 4);
+    }
+
+    Compound Read() {
+        ReadIon();
+        for (const auto& section : file_.Sections())
+            if (HasPrefix(section.name, nodePrefix)) ReadNode(section);
+        ReadTruth();
+        file_.RefuseUnread();
+        CheckTree();
+        CheckFormulas();
+        return compound_;
+    }
+
+  private:
+    void ReadIon() {
+        const std::string ion = "Compound";
+        compound_.title = file_.RequiredText(ion, "Title");
+        compound_.ionFormula = file_.RequiredText(ion, "IonFormula");
+        compound_.adduct = file_.RequiredText(ion, "Adduct");
+        compound_.root = file_.RequiredText(ion, "Precursor");
+        const std::string polarity = file_.RequiredText(ion, "Polarity");
+        if (polarity != "positive" && polarity != "negative")
+            file_.Fail(file_.Required(ion), *file_.Find(ion, "Polarity"), "is positive or negative");
+        compound_.polarity = polarity == "negative" ? 1 : 0;
+        compound_.charge = file_.WholeNumber(ion, "Charge", {1, 20}, 1);
+        compound_.intensity = file_.Number(ion, "Intensity", {1, 1e12}, compound_.intensity);
+        compound_.dpLow = file_.RequiredNumber(ion, "DpLow", {-1000, 1000});
+        compound_.dpHigh = file_.RequiredNumber(ion, "DpHigh", {-1000, 1000});
+        compound_.dpWidth = file_.Number(ion, "DpWidth", {0.1, 500}, compound_.dpWidth);
+        if (compound_.dpHigh <= compound_.dpLow)
+            file_.Fail(file_.Required(ion), *file_.Find(ion, "DpHigh"), "must be above DpLow");
+    }
+
+    void ReadNode(const StrictIni::Section& section) {
+        TreeNode node;
+        node.name = support::Trim(section.name.substr(nodePrefix.size()));
+        node.mz = file_.RequiredNumber(section.name, "Mz", {1, 100000});
+        node.charge = file_.WholeNumber(section.name, "Charge", {1, 20}, compound_.charge);
+        node.e50 = file_.RequiredNumber(section.name, "E50", {0.1, 10000});
+        node.width = file_.RequiredNumber(section.name, "Width", {0.01, 1000});
+        node.excitationFactor = file_.Number(section.name, "ExcitationFactor", {0.01, 100}, 1);
+        node.backgroundShare = file_.Number(section.name, "BackgroundShare", {0, 1}, 0);
+        if (const auto formula = file_.Find(section.name, "Formula")) node.formula = formula->value;
+        for (const auto& entry : section.entries)
+            if (HasPrefix(entry.key, branchPrefix)) node.branches.push_back(ReadBranch(section, entry));
+        nodeLines_[node.name] = section.line;
+        compound_.nodes[node.name] = node;
+        if (compound_.nodes.size() > maximumNodes)
+            file_.Fail(section.line, "There are more than " + std::to_string(maximumNodes) + " nodes");
+    }
+
+    Branch ReadBranch(const StrictIni::Section& section, const StrictIni::Entry& entry) {
+        const auto numbers = file_.Numbers(section, entry, 2, {-1000, 1000});
+        if (numbers[0] <= 0) file_.Fail(section, entry, "the weight must be above 0");
+        branchEntries_.push_back({section, entry});
+        return {std::string(support::Trim(entry.key.substr(branchPrefix.size()))), numbers[0], numbers[1]};
+    }
+
+    void ReadTruth() {
+        for (const auto& section : file_.Sections()) {
+            if (!support::EqualIgnoringCase(section.name, "Truth")) continue;
+            for (const auto& entry : section.entries) {
+                const auto numbers = file_.Numbers(section, entry, 2, {0, 10000});
+                if (compound_.nodes.count(entry.key) == 0) file_.Fail(section, entry, "there is no node of this name");
+                if (numbers[1] > 1) file_.Fail(section, entry, "the share must be 0 to 1");
+                compound_.truth.push_back({entry.key, numbers[0], numbers[1]});
+            }
+        }
+    }
+
+    void CheckTree() {
+        if (compound_.nodes.count(compound_.root) == 0)
+            file_.Fail(file_.Required("Compound"), *file_.Find("Compound", "Precursor"),
+                       "there is no section [Node " + compound_.root + "]");
+        for (const auto& [section, entry] : branchEntries_) {
+            const std::string product(support::Trim(entry.key.substr(branchPrefix.size())));
+            if (product != lostProduct && compound_.nodes.count(product) == 0)
+                file_.Fail(section, entry, "there is no section [Node " + product + "] and it is not \"lost\"");
+        }
+        try {
+            const auto order = NodesFromPrecursorDown(compound_);
+            const std::set<std::string> reached(order.begin(), order.end());
+            for (const auto& [name, line] : nodeLines_)
+                if (reached.count(name) == 0) file_.Fail(line, "[Node " + name + "] is formed by no other node");
+        } catch (const CycleInTree& cycle) {
+            file_.Fail(nodeLines_.at(cycle.node),
+                       "[Node " + cycle.node + "] is formed from itself; a tree leads from heavy ions to light ones");
+        }
+    }
+
+    void CheckFormulas() {
+        TreeNode& root = compound_.nodes.at(compound_.root);
+        if (root.formula.empty()) root.formula = compound_.ionFormula;
+        const auto& ion = file_.Required("Compound");
+        const auto ionFormula = *file_.Find("Compound", "IonFormula");
+        const Composition whole = Checked(ion, ionFormula, root);
+        for (const auto& [name, node] : compound_.nodes) {
+            const auto& section = file_.Required(std::string(nodePrefix) + name);
+            if (node.mz * node.charge > root.mz * root.charge + formulaToleranceDa)
+                file_.Fail(section, *file_.Find(section.name, "Mz"), "is heavier than the precursor");
+            const auto entry = file_.Find(section.name, "Formula");
+            if (entry && !Contains(whole, Checked(section, *entry, node)))
+                file_.Fail(section, *entry, "is not part of the ion formula " + compound_.ionFormula);
+        }
+    }
+
+    Composition Checked(const StrictIni::Section& section, const StrictIni::Entry& entry, const TreeNode& node) {
+        std::string problem;
+        try {
+            const Composition composition = ParseFormula(entry.value);
+            const double mz = IonMz(composition, node.charge, compound_.polarity == 1, elements_);
+            if (std::fabs(mz - node.mz) <= formulaToleranceDa) return composition;
+            problem = entry.value + " has m/z " + support::MzText(mz) + ", more than 0.005 Da from the m/z " +
+                      support::GeneralText(node.mz) + " of node " + node.name;
+        } catch (const std::exception& error) {
+            problem = error.what();
+        }
+        file_.Fail(section, entry, problem);
+    }
+
+    StrictIni file_;
+    ports::ElementTable& elements_;
+    Compound compound_;
+    std::map<std::string, int> nodeLines_;
+    std::vector<std::pair<StrictIni::Section, StrictIni::Entry>> branchEntries_;
+};
+
+}  // namespace
+
+Compound LoadCompound(const std::string& path, ports::ElementTable& elements) {
+    return CompoundReader(path, elements).Read();
+}
+
+}  // namespace orvanel

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <cstdint>
+
+namespace orvanel {
+
+/// Error numbers of the simulated instrument and its files (docs/formats.md lists them for users).
+enum InstrumentError : std::int32_t {
+    elementFileFaulty = 6101,
+    unknownElement = 6102,
+    modelFileFaulty = 6111,
+    compoundFileFaulty = 6121,
+    methodNotPossible = 6131,
+};
+
+}  // namespace orvanel

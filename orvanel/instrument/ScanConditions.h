@@ -1,0 +1,31 @@
+#pragma once
+
+#include <vector>
+
+#include "orvanel/instrument/IonBeam.h"
+#include "orvanel/instrument/Noise.h"
+#include "orvanel/instrument/Random.h"
+#include "orvanel/instrument/Simulator.h"
+#include "orvanel/methods/MethodDocument.h"
+
+namespace orvanel {
+
+/// What all scans of one acquisition share. References must outlive the scans.
+struct ScanConditions {
+    const ExperimentRecord& experiment;
+    const InstrumentModel& model;
+    const AcquisitionContext& context;
+    const std::vector<const IonSource*>& sources;
+    const ChemicalBackground& background;
+    Spray& spray;
+    Random& random;
+};
+
+/// One table of parameters for each mass range.
+using ParameterTables = std::vector<std::vector<Parameter>>;
+
+/// The voltages of a table. What it does not list stands where it does no harm: EP at its optimum, CEP without effect,
+/// the others at 0.
+Voltages VoltagesOf(const std::vector<Parameter>& table, const InstrumentModel& model);
+
+}  // namespace orvanel

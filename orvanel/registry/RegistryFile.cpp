@@ -1,0 +1,51 @@
+#include "orvanel/registry/RegistryFile.h"
+
+#include <cstdint>
+#include <exception>
+
+#include "support/Files.h"
+#include "support/IniDocument.h"
+
+namespace orvanel {
+
+namespace {
+
+constexpr std::uint64_t sizeLimit = 1 << 20;
+
+struct KeyAndName {
+    std::string_view key;
+    std::string_view name;
+};
+
+std::optional<KeyAndName> SplitPath(std::string_view path) {
+    const auto separator = path.rfind('\\');
+    if (separator == std::string_view::npos) return std::nullopt;
+    return KeyAndName{path.substr(0, separator), path.substr(separator + 1)};
+}
+
+}  // namespace
+
+std::optional<std::string> RegistryFile::Read(std::string_view valuePath) const {
+    const auto split = SplitPath(valuePath);
+    if (!split || !support::FileExists(path_)) return std::nullopt;
+    try {
+        return support::IniDocument::Parse(support::ReadWholeFile(path_, sizeLimit)).Value(split->key, split->name);
+    } catch (const support::FileError&) {
+        return std::nullopt;
+    }
+}
+
+bool RegistryFile::Write(std::string_view valuePath, const std::string& value) const noexcept {
+    try {
+        const auto split = SplitPath(valuePath);
+        if (!split) return false;
+        const std::string text = support::FileExists(path_) ? support::ReadWholeFile(path_, sizeLimit) : "";
+        const std::string changed = support::WithIniValue(text, split->key, split->name, value);
+        if (changed != text) support::WriteWholeFile(path_, changed);
+        return true;
+    } catch (const std::exception&) {
+        return false;
+    }
+}
+
+}  // namespace orvanel

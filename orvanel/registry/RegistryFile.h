@@ -1,0 +1,36 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+
+namespace orvanel {
+
+/// Names of registry values are hive, key and value name joined by "\", without regard to case.
+namespace registryPath {
+inline constexpr std::string_view queueStatus =
+    R"(HKEY_LOCAL_MACHINE\SOFTWARE\Dravik\Orvanel\QueueSvr\Current Sample Status)";
+inline constexpr std::string_view dataLocation = R"(HKEY_LOCAL_MACHINE\SOFTWARE\Dravik\Orvanel\Install\DataLocation)";
+inline constexpr std::string_view appLocation = R"(HKEY_LOCAL_MACHINE\SOFTWARE\Dravik\Orvanel\Install\AppLocation)";
+inline constexpr std::string_view lastProject =
+    R"(HKEY_CURRENT_USER\Software\Dravik\Orvanel\Orvanel\LastFiles\Project)";
+inline constexpr std::string_view lastSubProject =
+    R"(HKEY_CURRENT_USER\Software\Dravik\Orvanel\Orvanel\LastFiles\SubProject)";
+}  // namespace registryPath
+
+/// The host's registry values where the system has no registry: an INI text with one section a key.
+class RegistryFile {
+  public:
+    explicit RegistryFile(std::string path) : path_(std::move(path)) {}
+
+    /// @return nothing when there is no such value, or no readable file
+    std::optional<std::string> Read(std::string_view valuePath) const;
+    /// @return whether it was written
+    bool Write(std::string_view valuePath, const std::string& value) const noexcept;
+
+  private:
+    std::string path_;
+};
+
+}  // namespace orvanel

@@ -1,0 +1,302 @@
+#include "orvanel/OrvanelHost.h"
+
+#include <filesystem>
+
+#include "orvanel/methods/MethodFile.h"
+#include "support/Files.h"
+#include "tests/orvanel/host/HostPortsConformance.h"
+#include "tests/orvanel/methods/MethodTestTools.h"
+#include "tests/support_files/TempFolder.h"
+
+namespace {
+
+constexpr const char* installKey = R"(HKEY_LOCAL_MACHINE\SOFTWARE\Dravik\Orvanel\Install\)";
+constexpr const char* lastFilesKey = R"(HKEY_CURRENT_USER\Software\Dravik\Orvanel\Orvanel\LastFiles\)";
+constexpr const char* statusValue = R"(HKEY_LOCAL_MACHINE\SOFTWARE\Dravik\Orvanel\QueueSvr\Current Sample Status)";
+
+/// A new project for reserpine in its own folder, with a virtual clock that starts at 2024-05-13 15:45:12 UTC.
+struct Surroundings {
+    explicit Surroundings(const std::string& compound = "reserpine", std::int32_t modelCode = 27)
+        : facts(orvanel::CreateProject({folder.Path(), "Study1", compound, VELTRA_APP_LOCATION, modelCode})) {}
+
+    std::unique_ptr<ports::Host> Host() {
+        return orvanel::CreateOrvanelHost(orvanel::ReadOrvanelConfig(facts.orvanelIniPath, VELTRA_APP_LOCATION), clock);
+    }
+
+    TempFolder folder;
+    orvanel::ProjectFacts facts;
+    orvanel::HostClock clock{
+        0, std::chrono::sys_days(std::chrono::year(2024) / 5 / 13) + std::chrono::seconds(56712), {}, true};
+};
+
+HostUnderTest OrvanelUnderTest() {
+    auto surroundings = std::make_shared<Surroundings>();
+    HostUnderTest under;
+    under.host = surroundings->Host();
+    under.projectPath = surroundings->folder.File("Projects/");
+    under.projectName = "Study1";
+    under.methodFolder = under.projectPath + "Study1/Acquisition Methods";
+    under.methodPath = surroundings->facts.starterMethodPath;
+    under.expectedMz = surroundings->facts.expectedMz;
+    under.elementTablePath = std::string(VELTRA_APP_LOCATION) + "/bin/QvElements.ini";
+    under.scanRate = "1000";
+    under.surroundings = surroundings;
+    return under;
+}
+
+INSTANTIATE_TEST_SUITE_P(Orvanel, HostPortsConformance,
+                         testing::Values(HostUnderTestFactory{"Orvanel", OrvanelUnderTest}),
+                         [](const auto& parameter) { return std::string(parameter.param.name); });
+
+/// Submits the starter method. @return the text of the refusal, or an empty one
+std::string SubmitStarter(ports::Host& host, Surroundings& surroundings, const std::string& dataFile) {
+    return HostErrorOf([&] {
+        auto service = host.TolmCreateService();
+        service->TolmInitialize();
+        const std::string session = service->TolmLogon("", "", "", "", "Test");
+        service->TolmSelectProject(session, surroundings.folder.File("Projects/"), "Study1");
+        auto batch = service->TolmNewBatch(session);
+        batch->TolmSetBatchName("b.xbt");
+        batch->TolmSetBatchProject(surroundings.folder.File("Projects/Study1"));
+        batch->TolmSetSetAcquisitionMethod(batch->TolmAddSet("S"), "Start.xmt");
+        batch->TolmSetSampleDataFile(0, batch->TolmAddSample(0), dataFile);
+        service->TolmSubmitBatch(session, *batch);
+    });
+}
+
+void StartQueue(ports::Host& host) {
+    auto queue = host.HostQueueServer();
+    queue->HostQueuePrepare();
+    queue->HostQueueEnable();
+    queue->HostQueueRun();
+}
+
+TEST(OrvanelHost, AcquiresLogsAndPublishes) {
+    Surroundings surroundings;
+    auto host = surroundings.Host();
+    const auto registry = [&] { return support::ReadWholeFile(surroundings.folder.File("Orvanel.registry.ini")); };
+    StartQueue(*host);
+    EXPECT_EQ(SubmitStarter(*host, surroundings, "d.vesk"), "");
+    EXPECT_NE(registry().find("Current Sample Status=2\r\n"), std::string::npos);
+    auto method = host->AttachToRunningApplication()->GetAcquisitionService()->HostOpenMethod(
+        surroundings.facts.starterMethodPath);
+    const double durationMs = method->HostEnumDeviceMethods(1)->AsMassSpecMethod()->HostGetExpectedDuration();
+    surroundings.clock.Sleep(durationMs - 1);
+    EXPECT_EQ(host->RegRead(statusValue), "3");
+    surroundings.clock.Sleep(1001);
+    EXPECT_EQ(host->RegRead(statusValue), "4");
+    EXPECT_NE(registry().find("Current Sample Status=4\r\n"), std::string::npos);
+
+    auto spectrum = host->CreateDataExploration()->CreateSpectrumData();
+    const std::string data = surroundings.folder.File("Projects/Study1/Data/d.vesk");
+    spectrum->ExploreSetDataFile(data);
+    spectrum->ExploreLoadSpectrumByCycle(1, 1, 10);
+    auto peaks = host->CreateDataExploration()->ExplorePeakList(data, 1, *spectrum);
+    const int parent = peaks->ExploreFindHighestInRange(608.28, 610.28);
+    ASSERT_GT(parent, 0);
+    EXPECT_NEAR(peaks->ExplorePeakCentroid(parent, ports::PeakList::centroidMz), 609.28, 0.2);
+
+    const std::string log = support::ReadWholeFile(surroundings.folder.File("Orvanel.log"));
+    EXPECT_EQ(log.substr(log.find('\t')), "\t" + surroundings.facts.starterMethodPath + "\t" + data + "\tfinished\r\n");
+    EXPECT_EQ(log.rfind("5/13/2024 3:", 0), 0U) << log;
+    EXPECT_NE(support::ReadWholeFile(data).find("2024-05-13T15:45:2"), std::string::npos);
+}
+
+TEST(OrvanelHost, TheSameRunGivesTheSameDataHoweverLongTheQueueWasIdle) {
+    std::string first;
+    for (const double idleMs : {0.0, 7.2e6}) {
+        Surroundings surroundings;
+        auto host = surroundings.Host();
+        StartQueue(*host);
+        surroundings.clock.Sleep(idleMs);
+        EXPECT_EQ(SubmitStarter(*host, surroundings, "d.vesk"), "");
+        surroundings.clock.Sleep(1e6);
+        EXPECT_EQ(host->RegRead(statusValue), "4");
+        auto spectrum = host->CreateDataExploration()->CreateSpectrumData();
+        spectrum->ExploreSetDataFile(surroundings.folder.File("Projects/Study1/Data/d.vesk"));
+        spectrum->ExploreLoadSpectrumByCycle(1, 1, 10);
+        std::string values;
+        for (const double y : spectrum->GetYValues())
+            values += std::to_string(y) + " ";
+        if (first.empty()) first = values;
+        EXPECT_TRUE(values == first);
+    }
+}
+
+TEST(OrvanelHost, AnAcquisitionThatCannotBeWrittenFails) {
+    Surroundings surroundings;
+    auto host = surroundings.Host();
+    StartQueue(*host);
+    support::CreateFolders(surroundings.folder.File("Projects/Study1/Data/Run"));
+    EXPECT_EQ(SubmitStarter(*host, surroundings, "Run/d.vesk"), "");
+    std::filesystem::remove_all(surroundings.folder.File("Projects/Study1/Data/Run"));
+    surroundings.clock.Sleep(1e6);
+    EXPECT_EQ(host->RegRead(statusValue), "6");
+    EXPECT_NE(support::ReadWholeFile(surroundings.folder.File("Orvanel.log")).find("d.vesk\tfailed: "),
+              std::string::npos);
+}
+
+TEST(OrvanelHost, SubmittingRefusesMethodsThatCannotBeAcquired) {
+    Surroundings surroundings;
+    auto host = surroundings.Host();
+    const std::string path = surroundings.facts.starterMethodPath;
+    auto document = orvanel::ReadMethodFile(path);
+    document.devices[1].massSpec->periods[0].experiments[0].massRanges[0].compoundParameters[0].value = 1000;
+    orvanel::WriteMethodFile(path, document);
+    EXPECT_EQ(SubmitStarter(*host, surroundings, "d.vesk").rfind("6131: " + path + ": The method cannot", 0), 0U);
+    document.devices.pop_back();
+    orvanel::WriteMethodFile(path, document);
+    EXPECT_EQ(SubmitStarter(*host, surroundings, "d.vesk"),
+              "1121: " + path + ": the method has no mass spectrometer part");
+    EXPECT_EQ(host->RegRead(statusValue), "0");
+}
+
+TEST(OrvanelHost, RegistryValues) {
+    Surroundings surroundings;
+    auto host = surroundings.Host();
+    const std::string dataLocation = std::string(installKey) + "DataLocation";
+    EXPECT_EQ(host->RegRead(dataLocation), surroundings.folder.Path());
+    EXPECT_EQ(host->RegRead(std::string(installKey) + "AppLocation"), VELTRA_APP_LOCATION);
+    support::WriteWholeFile(surroundings.folder.File("Orvanel.registry.ini"),
+                            "[hkey_local_machine\\software\\dravik\\orvanel\\install]\r\ndatalocation=/elsewhere\r\n");
+    EXPECT_EQ(host->RegRead(dataLocation), "/elsewhere");
+
+    const std::string project = std::string(lastFilesKey) + "Project";
+    const std::string subProject = std::string(lastFilesKey) + "SubProject";
+    EXPECT_EQ(host->RegRead(project), std::nullopt);
+    auto service = host->TolmCreateService();
+    service->TolmInitialize();
+    const std::string session = service->TolmLogon("", "", "", "", "Test");
+    service->TolmSelectProject(session, surroundings.folder.File("Projects/"), "Study1");
+    EXPECT_EQ(host->RegRead(project), "Study1");
+    EXPECT_EQ(host->RegRead(subProject), "");
+    support::CreateFolders(surroundings.folder.File("Projects/Study1/Sub"));
+    service->TolmSelectProject(session, surroundings.folder.File("Projects/Study1/"), "Sub");
+    EXPECT_EQ(host->RegRead(project), "Study1");
+    EXPECT_EQ(host->RegRead(subProject), "Sub");
+    EXPECT_EQ(host->RegRead(dataLocation), "/elsewhere");  // other values of the file are kept
+}
+
+TEST(OrvanelHost, NotRunning) {
+    Surroundings surroundings;
+    auto config = orvanel::ReadOrvanelConfig(surroundings.folder.File("none.ini"), VELTRA_APP_LOCATION);
+    auto host = orvanel::CreateOrvanelHost(config, surroundings.clock);
+    EXPECT_EQ(host->AttachToRunningApplication(), nullptr);
+    EXPECT_EQ(host->RegRead(statusValue), std::nullopt);
+    EXPECT_EQ(host->GetDescription(), "Simulated instrument: nothing here was measured");
+    EXPECT_EQ(HostErrorOf([&] { host->TolmCreateService(); }),
+              "1001: Orvanel is not running, so that there is no batch service, start it first");
+    EXPECT_EQ(HostErrorOf([&] { host->HostQueueServer(); }),
+              "1001: Orvanel is not running, so that there is no acquisition queue, start it first");
+    auto helper = host->CreateInstrumentHelper();
+    EXPECT_EQ(HostErrorOf([&] { helper->GetInstrumentModelCode(); }),
+              "1001: Orvanel is not running, so that no instrument is connected, start it first");
+    EXPECT_TRUE(helper->IsLinearIonTrap(27));
+    EXPECT_EQ(HostErrorOf([&] { helper->GetStepSizeForScanRate(27, 12, "1e3"); }),
+              "1502: Scan rate \"1e3\" is not offered by model 27 for scan type 12, which has 250, 1000, 4000, 10000");
+}
+
+TEST(OrvanelHost, AWrongSetUpIsRefused) {
+    Surroundings surroundings;
+    auto config = orvanel::ReadOrvanelConfig(surroundings.facts.orvanelIniPath, VELTRA_APP_LOCATION);
+    auto wrong = config;
+    wrong.modelCode = 5;
+    EXPECT_EQ(HostErrorOf([&] { orvanel::CreateOrvanelHost(wrong, surroundings.clock); }),
+              "1501: Instrument model 5 is not known, there are 14, 22, 24, 26, 27, 29, 31, 33, 99");
+    wrong = config;
+    wrong.operatingMode = 9;
+    EXPECT_EQ(HostErrorOf([&] { orvanel::CreateOrvanelHost(wrong, surroundings.clock); }),
+              "1010: " + config.iniPath + ": OperatingMode=9 is not allowed, model 27 has no such mode");
+    wrong = config;
+    wrong.sample = {{"unobtainium", 1}};
+    EXPECT_EQ(HostErrorOf([&] {
+                  orvanel::CreateOrvanelHost(wrong, surroundings.clock);
+              }).rfind("1010: There is no compound \"unobtainium\" in ", 0),
+              0U);
+    wrong = config;
+    wrong.sample.clear();
+    EXPECT_EQ(orvanel::CreateOrvanelHost(wrong, surroundings.clock)->GetDescription(),
+              "Simulated instrument: nothing here was measured (spraying solvent only)");
+}
+
+TEST(OrvanelHost, DescriptionNamesWhatIsSprayed) {
+    Surroundings surroundings;
+    EXPECT_EQ(surroundings.Host()->GetDescription(),
+              "Simulated instrument: nothing here was measured (spraying reserpine [M+H]+ at m/z 609.281)");
+}
+
+TEST(CreateProject, EveryCompoundStartsOnEveryTrap) {
+    for (const auto& compound : orvanel::ListCompounds(VELTRA_APP_LOCATION)) {
+        for (const std::int32_t model : {27, 14, 31}) {
+            Surroundings surroundings(compound.name, model);
+            EXPECT_EQ(surroundings.facts.expectedMz, compound.mz);
+            EXPECT_EQ(surroundings.facts.polarity, compound.polarity);
+            auto host = surroundings.Host();
+            EXPECT_EQ(SubmitStarter(*host, surroundings, "d.vesk"), "") << compound.name << model;
+            const auto document = orvanel::ReadMethodFile(surroundings.facts.starterMethodPath);
+            EXPECT_EQ(document.devices[0].kind, "SyringePump");
+            const auto& table = document.MassSpec()->periods[0].experiments[0].massRanges[0].compoundParameters;
+            EXPECT_EQ(orvanel::FindParameter(table, "CEP").has_value(), model == 27);
+            EXPECT_EQ(*orvanel::FindParameter(table, "EP"), compound.polarity == 1 ? -10.0F : 10.0F);
+            EXPECT_GT(*orvanel::FindParameter(table, "AF2"), 0);
+        }
+    }
+}
+
+TEST(CreateProject, StarterVoltagesAndFacts) {
+    const Surroundings surroundings;
+    const auto& facts = surroundings.facts;
+    EXPECT_EQ(facts.starterMethodPath, surroundings.folder.File("Projects/Study1/Acquisition Methods/Start.xmt"));
+    EXPECT_EQ(facts.orvanelIniPath, surroundings.folder.File("Orvanel.ini"));
+    EXPECT_NEAR(facts.lowestFragmentMz, 174.0913, 1e-9);
+    EXPECT_NEAR(facts.highestFragmentMz, 448.1966, 1e-9);
+    const auto document = orvanel::ReadMethodFile(facts.starterMethodPath);
+    const std::vector<orvanel::Parameter> expected = {{"DP", 45}, {"EP", 10}, {"CEP", 18},
+                                                      {"CE", 10}, {"CES", 0}, {"AF2", 30}};
+    EXPECT_EQ(document.MassSpec()->periods[0].experiments[0].massRanges[0].compoundParameters, expected);
+}
+
+TEST(CreateProject, RefusesWhatWouldOverwriteOrCannotWork) {
+    Surroundings surroundings;
+    const auto create = [&](const std::string& folder, const std::string& name, const std::string& compound,
+                            std::int32_t model = 27) {
+        return HostErrorOf([&] { orvanel::CreateProject({folder, name, compound, VELTRA_APP_LOCATION, model}); });
+    };
+    const std::string before = support::ReadWholeFile(surroundings.facts.orvanelIniPath);
+    EXPECT_EQ(create(surroundings.folder.Path(), "Study2", "caffeine"),
+              "1020: The file " + surroundings.facts.orvanelIniPath + " exists already, choose another folder or name");
+    EXPECT_EQ(support::ReadWholeFile(surroundings.facts.orvanelIniPath), before);
+    EXPECT_EQ(create(surroundings.folder.File("x"), "../Study", "caffeine"),
+              "1020: \"../Study\" is no name of a project, expected is a folder's name");
+    EXPECT_EQ(create(surroundings.folder.File("x"), "Study", "caffeine", 99),
+              "1020: Model 99 scans no linear ion trap, choose another instrument model for the project");
+    const std::string longName(220, 'n');
+    EXPECT_NE(create(surroundings.folder.Path(), longName, "caffeine").find("bytes, more than the 255 allowed"),
+              std::string::npos);
+    EXPECT_FALSE(support::FolderExists(surroundings.folder.File("x")));
+    EXPECT_FALSE(support::FolderExists(surroundings.folder.File("Projects/" + longName)));
+}
+
+TEST(HostClock, VirtualTimeMovesByPausesOnly) {
+    orvanel::HostClock clock(0, std::chrono::sys_days(std::chrono::year(2024) / 2 / 29) + std::chrono::hours(23), {},
+                             true);
+    EXPECT_EQ(clock.ElapsedMs(), 0);
+    clock.Sleep(-5);
+    for (int k = 0; k < 36000; ++k)
+        clock.Sleep(100);
+    EXPECT_EQ(clock.ElapsedMs(), 3.6e6);
+    const auto now = clock.Now();
+    EXPECT_EQ(now.generalDate, "3/1/2024 12:00:00 AM");
+    EXPECT_EQ(now.longTime, "12:00:00 AM");
+    EXPECT_EQ(now.weekdayName + " " + now.monthName, "Friday March");
+    EXPECT_EQ(now.dayOfMonth * 10000 + now.year, 12024);
+}
+
+TEST(HostClock, ScaledTimeRunsFaster) {
+    orvanel::HostClock clock(1000, {}, {}, true);
+    clock.Sleep(20000);
+    EXPECT_GE(clock.ElapsedMs(), 20000);
+    EXPECT_LT(clock.ElapsedMs(), 10 * 60000);  // 20 ms of real time, far from a real 20 s
+}
+
+}  // namespace

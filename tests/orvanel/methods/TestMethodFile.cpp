@@ -1,0 +1,157 @@
+#include "orvanel/methods/MethodFile.h"
+
+#include "support/Files.h"
+#include "tests/orvanel/methods/MethodTestTools.h"
+#include "tests/support_files/TempFolder.h"
+
+namespace {
+
+using orvanel::MethodDocument;
+using orvanel::ReadMethodFile;
+using orvanel::WriteMethodFile;
+
+std::string Replaced(std::string text, const std::string& from, const std::string& to) {
+    const auto at = text.find(from);
+    EXPECT_NE(at, std::string::npos) << from;
+    return at == std::string::npos ? text : text.replace(at, from.size(), to);
+}
+
+TEST(MethodFile, GivesBackEveryValueThatWasWritten) {
+    const TempFolder folder;
+    MethodDocument document = MethodForTests();
+    auto& experiment = document.devices[1].massSpec->periods[0].experiments[0];
+    experiment.newRangeParameters = {{"DP", -0.1F}, {"CES", 1e-7F}};
+    experiment.massRanges.push_back({1.0 / 3, 0, 1e15, 2.5, {}});
+    WriteMethodFile(folder.File("m.xmt"), document);
+
+    const MethodDocument read = ReadMethodFile(folder.File("m.xmt"));
+    EXPECT_EQ(read.comment, document.comment);
+    ASSERT_EQ(read.devices.size(), 2U);
+    EXPECT_EQ(read.devices[0].settings[0].value, "10");
+    EXPECT_FALSE(read.devices[0].massSpec);
+    const auto& period = read.MassSpec()->periods[0];
+    EXPECT_EQ(period.cycles, 51);
+    ASSERT_TRUE(period.ramp);
+    EXPECT_EQ(period.ramp->id, "AF2");
+    EXPECT_EQ(period.ramp->step, 2.0F);
+    const auto& readExperiment = period.experiments.at(0);
+    EXPECT_EQ(readExperiment.newRangeParameters, experiment.newRangeParameters);
+    EXPECT_EQ(readExperiment.sourceGas, experiment.sourceGas);
+    EXPECT_EQ(readExperiment.secondPrecursor, 397.2122);
+    ASSERT_EQ(readExperiment.massRanges.size(), 2U);
+    EXPECT_EQ(readExperiment.massRanges[0].compoundParameters, experiment.massRanges[0].compoundParameters);
+    EXPECT_EQ(readExperiment.massRanges[1].start, 1.0 / 3);
+    EXPECT_EQ(readExperiment.massRanges[1].step, 1e15);
+
+    // A second writing gives the same bytes, so that nothing is lost on the way that was not looked at above.
+    WriteMethodFile(folder.File("again.xmt"), read);
+    EXPECT_EQ(support::ReadWholeFile(folder.File("again.xmt")), support::ReadWholeFile(folder.File("m.xmt")));
+    EXPECT_NE(support::ReadWholeFile(folder.File("m.xmt")).find("instrument=\"simulated\""), std::string::npos);
+}
+
+TEST(MethodFile, CutOffAnywhereIsAnErrorOrStillWhole) {
+    const TempFolder folder;
+    WriteMethodFile(folder.File("m.xmt"), MethodForTests());
+    const std::string text = support::ReadWholeFile(folder.File("m.xmt"));
+    const std::size_t end = text.rfind('>') + 1;
+    for (std::size_t length = 0; length < text.size(); ++length) {
+        WriteText(folder.File("cut.xmt"), text.substr(0, length));
+        const std::string error =
+            HostErrorOf([&] { EXPECT_EQ(ReadMethodFile(folder.File("cut.xmt")).devices.size(), 2U); });
+        EXPECT_EQ(error.empty(), length >= end) << length << " " << error;
+    }
+}
+
+TEST(MethodFile, RefusesWhatItDoesNotKnow) {
+    const TempFolder folder;
+    const std::string path = folder.File("m.xmt");
+    WriteMethodFile(path, MethodForTests());
+    const std::string good = support::ReadWholeFile(path);
+    const struct {
+        const char* from;
+        const char* to;
+        const char* expected;  ///< behind the path
+    } cases[] = {
+        {"cycles=\"51\"", "cycles=\"5x\"",
+         ", line 8: attribute \"cycles\" is \"5x\", expected is a whole number from 1 to 2147483647"},
+        {"cycles=\"51\"", "cycles=\"51\" cycle=\"1\"",
+         ", line 8: element Period has an unknown attribute \"cycle\", it may have: cycles"},
+        {"cycles=\"51\"", "cycles=\"51\" cycles=\"51\"", ", line 8: element Period has attribute \"cycles\" twice"},
+        {" cycles=\"51\"", "", ", line 8: element Period lacks attribute \"cycles\""},
+        {"step=\"2\"", "step=\"NaN\"",
+         ", line 9: attribute \"step\" is \"NaN\", expected is a number of single precision"},
+        {"firstPrecursor=\"609.2807\"", "firstPrecursor=\"1e999\"",
+         ", line 10: attribute \"firstPrecursor\" is \"1e999\", expected is a number"},
+        {"<SourceGas>", "<Gas/><SourceGas>",
+         ", line 11: element Experiment holds an unknown element \"Gas\", it may hold: SourceGas, NewRange, MassRange"},
+        {"<SourceGas>", "text<SourceGas>", ", line 10: element Experiment holds a text, it may hold elements only"},
+        {"id=\"IS\"", "id=\"CUR\"", ", line 13: parameter \"CUR\" is in the table twice"},
+        {"<MassSpec ", "<MassSpec operatingMode=\"0\"/><MassSpec ",
+         ", line 6: a device of kind \"MassSpectrometer\" has exactly one MassSpec element, others have none"},
+        {"version=\"1\"", "version=\"2\"", ", line 2: version 2 of this format is not known, only version 1 is"},
+        {"instrument=\"simulated\"", "instrument=\"real\"",
+         ", line 2: it was not made for a simulated instrument (instrument=\"simulated\")"},
+        {"</OrvanelMethod>", "</OrvanelMethod><Second/>",
+         ", line 2: this is not an acquisition method of this host, whose only root element is OrvanelMethod"},
+        {"Test trap", "Test \xFF trap",
+         ": this is not an acquisition method of this host, which is an XML text in UTF-8"},
+    };
+    for (const auto& one : cases) {
+        std::string text = good;
+        if (std::string(one.from) == "version=\"1\"") {
+            const auto root = text.find("<OrvanelMethod");
+            text = text.substr(0, root) + Replaced(text.substr(root), one.from, one.to);
+        } else {
+            text = Replaced(text, one.from, one.to);
+        }
+        WriteText(path, text);
+        EXPECT_EQ(HostErrorOf([&] { ReadMethodFile(path); }), "1102: " + path + one.expected);
+    }
+}
+
+TEST(MethodFile, RefusesForeignMissingAndHugeFiles) {
+    const TempFolder folder;
+    const std::string path = folder.File("m.xmt");
+    EXPECT_EQ(HostErrorOf([&] { ReadMethodFile(path); }), "1101: Cannot read " + path + ": No such file or directory");
+    WriteText(path, "<indexedmzML><mzML/></indexedmzML>");
+    EXPECT_EQ(HostErrorOf([&] { ReadMethodFile(path); }),
+              "1102: " + path +
+                  ", line 1: this is not an acquisition method of this host, whose only root element is OrvanelMethod");
+    WriteText(path, std::string((4U << 20) + 1, ' '));
+    EXPECT_EQ(HostErrorOf([&] { ReadMethodFile(path); }),
+              "1101: Cannot read " + path + ": it has 4194305 bytes, more than the 4194304 allowed");
+}
+
+TEST(MethodFile, TooManyPartsAndDeepNestingAreErrors) {
+    const TempFolder folder;
+    const std::string path = folder.File("m.xmt");
+    std::string devices;
+    for (int k = 0; k < 33; ++k)
+        devices += "<Device kind=\"Pump\" name=\"p\"/>";
+    const std::string head = "<OrvanelMethod version=\"1\" instrument=\"simulated\">";
+    WriteText(path, head + devices + "</OrvanelMethod>");
+    EXPECT_EQ(HostErrorOf([&] { ReadMethodFile(path); }),
+              "1102: " + path + ", line 1: element OrvanelMethod holds more than 32 elements \"Device\"");
+    std::string nested;
+    for (int k = 0; k < 100000; ++k)
+        nested += "<a>";
+    WriteText(path, head + nested);
+    EXPECT_NE(HostErrorOf([&] { ReadMethodFile(path); }), "");
+}
+
+TEST(MethodFile, WritesNothingThatItCouldNotRead) {
+    const TempFolder folder;
+    const std::string path = folder.File("m.xmt");
+    WriteMethodFile(path, MethodForTests());
+    const std::string before = support::ReadWholeFile(path);
+    MethodDocument document = MethodForTests();
+    document.devices[1].massSpec->periods[0].ramp->stop = std::numeric_limits<float>::infinity();
+    EXPECT_EQ(HostErrorOf([&] { WriteMethodFile(path, document); }),
+              "1103: The value of \"stop\" is not a finite number");
+    document = MethodForTests();
+    document.devices[0].name = "bell \x07";
+    EXPECT_NE(HostErrorOf([&] { WriteMethodFile(path, document); }), "");
+    EXPECT_EQ(support::ReadWholeFile(path), before);
+}
+
+}  // namespace

@@ -1,0 +1,160 @@
+#include "orvanel/queue/QueueEngine.h"
+
+#include <stdexcept>
+
+#include "tests/orvanel/methods/MethodTestTools.h"
+
+namespace {
+
+using orvanel::QueuedSample;
+using orvanel::QueueEngine;
+using orvanel::QueueStatus;
+
+class QueueEngineTest : public testing::Test {
+  protected:
+    QueuedSample Sample(const std::string& name, double durationMs = 1000, double preparationMs = 400) {
+        QueuedSample sample;
+        sample.dataFilePath = name;
+        sample.durationMs = durationMs;
+        sample.preparationMs = preparationMs;
+        return sample;
+    }
+    void Start() {
+        queue_.Prepare();
+        queue_.Enable();
+        queue_.Run();
+    }
+    int StatusAfter(double milliseconds) {
+        clock_.Sleep(milliseconds);
+        return static_cast<int>(queue_.Status());
+    }
+
+    orvanel::HostClock clock_{0, {}, {}, true};
+    std::vector<QueuedSample> acquired_;
+    std::string failWith_;
+    std::vector<int> published_;
+    std::vector<std::string> ended_;
+    QueueEngine queue_{
+        clock_,
+        {[this](const QueuedSample& sample) {
+             acquired_.push_back(sample);
+             if (!failWith_.empty()) throw ports::HostError(77, failWith_);
+         },
+         [this](QueueStatus status) { published_.push_back(static_cast<int>(status)); },
+         [this](const QueuedSample& sample, QueueStatus outcome, const std::string& failure) {
+             ended_.push_back(sample.dataFilePath + " " + std::to_string(static_cast<int>(outcome)) + failure);
+         }}};
+};
+
+TEST_F(QueueEngineTest, RunsOneSampleThroughItsTimeline) {
+    EXPECT_EQ(StatusAfter(5), 0);
+    Start();
+    EXPECT_EQ(StatusAfter(100), 0);
+    queue_.Submit(Sample("a"));
+    EXPECT_EQ(StatusAfter(0), 2);
+    EXPECT_EQ(StatusAfter(399), 2);
+    EXPECT_EQ(StatusAfter(1), 3);
+    EXPECT_EQ(StatusAfter(599), 3);
+    EXPECT_TRUE(acquired_.empty());
+    EXPECT_EQ(StatusAfter(1), 4);
+    ASSERT_EQ(acquired_.size(), 1U);
+    EXPECT_EQ(acquired_[0].startedMs, 105);
+    EXPECT_EQ(StatusAfter(1e6), 4);
+    queue_.Submit(Sample("b"));
+    EXPECT_EQ(StatusAfter(0), 2);  // never the old 4
+    EXPECT_EQ(published_, (std::vector<int>{2, 3, 4, 2}));
+}
+
+TEST_F(QueueEngineTest, SamplesFollowEachOtherAndAreCaughtUpWithInOneStep) {
+    Start();
+    queue_.Submit(Sample("a"));
+    clock_.Sleep(300);
+    queue_.Submit(Sample("b", 2000, 500));
+    queue_.Submit(Sample("c"));
+    EXPECT_EQ(StatusAfter(3000), 2);  // 3300: a and b are done, c is preparing since 3000
+    ASSERT_EQ(acquired_.size(), 2U);
+    EXPECT_EQ(acquired_[1].startedMs, 1000);
+    EXPECT_EQ(acquired_[1].acquisitionNumber, 2U);
+    EXPECT_EQ(acquired_[1].nominalTimeMs, 1500);
+    EXPECT_EQ(StatusAfter(100), 3);
+    EXPECT_EQ(StatusAfter(600), 4);
+    EXPECT_EQ(acquired_[2].nominalTimeMs, 3400);
+}
+
+TEST_F(QueueEngineTest, NominalTimeDoesNotCountIdleTime) {
+    Start();
+    queue_.Submit(Sample("a"));
+    EXPECT_EQ(StatusAfter(50000), 4);
+    queue_.Submit(Sample("b"));
+    EXPECT_EQ(StatusAfter(1000), 4);
+    EXPECT_EQ(acquired_[1].startedMs, 50000);
+    EXPECT_EQ(acquired_[1].nominalTimeMs, 1400);
+}
+
+TEST_F(QueueEngineTest, SamplesWaitForTheQueueToRun) {
+    queue_.Submit(Sample("a"));
+    EXPECT_EQ(StatusAfter(1e6), 2);
+    Start();
+    EXPECT_EQ(StatusAfter(399), 2);
+    EXPECT_EQ(StatusAfter(1), 3);
+    EXPECT_EQ(StatusAfter(600), 4);
+}
+
+TEST_F(QueueEngineTest, StartsInOneOrderOnly) {
+    EXPECT_EQ(HostErrorOf([&] { queue_.Enable(); }), "1301: The queue cannot be enabled, prepare it first");
+    EXPECT_EQ(HostErrorOf([&] { queue_.Run(); }), "1301: The queue cannot run, prepare and enable it first");
+    queue_.Prepare();
+    EXPECT_EQ(HostErrorOf([&] { queue_.Run(); }), "1301: The queue cannot run, prepare and enable it first");
+    queue_.Reset();  // stays prepared: a client resets between preparing and enabling
+    queue_.Enable();
+    queue_.Run();
+    clock_.Sleep(10);
+    queue_.Submit(Sample("a"));
+    clock_.Sleep(500);
+    queue_.Run();  // again: nothing starts anew
+    EXPECT_EQ(StatusAfter(500), 4);
+}
+
+TEST_F(QueueEngineTest, ResetStopsAndDrops) {
+    Start();
+    queue_.Submit(Sample("a"));
+    queue_.Submit(Sample("b"));
+    EXPECT_EQ(StatusAfter(700), 3);
+    queue_.Reset();
+    EXPECT_EQ(StatusAfter(1e6), 7);
+    EXPECT_TRUE(acquired_.empty());
+    EXPECT_EQ(ended_.size(), 2U);
+    EXPECT_EQ(HostErrorOf([&] { queue_.Run(); }), "1301: The queue cannot run, prepare and enable it first");
+    Start();
+    queue_.Submit(Sample("c"));
+    EXPECT_EQ(StatusAfter(1000), 4);
+    EXPECT_EQ(acquired_.at(0).acquisitionNumber, 1U);
+    queue_.Reset();  // nothing was under way: what is finished stays so
+    EXPECT_EQ(StatusAfter(0), 4);
+}
+
+TEST_F(QueueEngineTest, WhatIsOverIsAcquiredBeforeAReset) {
+    Start();
+    queue_.Submit(Sample("a"));
+    clock_.Sleep(1000);
+    queue_.Reset();
+    EXPECT_EQ(acquired_.size(), 1U);
+    EXPECT_EQ(StatusAfter(0), 4);
+}
+
+TEST_F(QueueEngineTest, AFailingAcquisitionIsKeptAndTheNextOneRuns) {
+    Start();
+    queue_.Submit(Sample("a"));
+    queue_.Submit(Sample("b"));
+    failWith_ = "no gas";
+    EXPECT_EQ(StatusAfter(1000), 2);
+    EXPECT_EQ(queue_.LastFailure(), "no gas (77)");
+    failWith_.clear();
+    EXPECT_EQ(StatusAfter(1000), 4);
+    EXPECT_EQ(ended_, (std::vector<std::string>{"a 6no gas (77)", "b 4"}));
+    failWith_ = "no gas";
+    queue_.Submit(Sample("c"));
+    EXPECT_EQ(StatusAfter(1000), 6);
+}
+
+}  // namespace

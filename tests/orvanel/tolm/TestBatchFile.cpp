@@ -1,0 +1,55 @@
+#include "orvanel/tolm/BatchFile.h"
+
+#include "support/Files.h"
+#include "tests/orvanel/methods/MethodTestTools.h"
+#include "tests/support_files/TempFolder.h"
+
+namespace {
+
+using orvanel::BatchRecord;
+
+BatchRecord Batch() {
+    return {
+        "b.xbt", "user", "two\r\nlines & <more>", "/p/P1", {{"SET1", "m.xmt", "none", {{"d.vesk", "N/A", "", "0"}}}}};
+}
+
+TEST(BatchFile, GivesBackWhatWasWrittenAndIsAnErrorWhenCutOff) {
+    const TempFolder folder;
+    const std::string path = folder.File("b.xbt");
+    orvanel::WriteBatchFile(path, Batch());
+    EXPECT_EQ(orvanel::ReadBatchFile(path), Batch());
+    const std::string text = support::ReadWholeFile(path);
+    const std::size_t end = text.rfind('>') + 1;
+    for (std::size_t length = 0; length < text.size(); ++length) {
+        WriteText(path, text.substr(0, length));
+        const std::string error = HostErrorOf([&] { EXPECT_EQ(orvanel::ReadBatchFile(path), Batch()); });
+        EXPECT_EQ(error.empty(), length >= end) << length << " " << error;
+    }
+}
+
+TEST(BatchFile, RefusesForeignFilesAndUnknownParts) {
+    const TempFolder folder;
+    const std::string path = folder.File("b.xbt");
+    const std::string head =
+        "<OrvanelBatch version=\"1\" instrument=\"simulated\" name=\"\" user=\"\" text=\"\" project=\"\"";
+    const struct {
+        std::string text;
+        const char* expected;
+    } cases[] = {
+        {"<OrvanelMethod version=\"1\"/>",
+         ", line 1: this is not an acquisition batch of this host, whose only root element is OrvanelBatch"},
+        {head + ">\n<Sample/></OrvanelBatch>",
+         ", line 2: element OrvanelBatch holds an unknown element \"Sample\", it may hold: Set"},
+        {head + " owner=\"\"/>",
+         ", line 1: element OrvanelBatch has an unknown attribute \"owner\", it may have: version, instrument, name, "
+         "user, text, project"},
+        {head + "><Set name=\"&#1;\" acquisitionMethod=\"\" processingMethod=\"\"/></OrvanelBatch>",
+         ", line 1: attribute \"name\" holds a control character"},
+    };
+    for (const auto& one : cases) {
+        WriteText(path, one.text);
+        EXPECT_EQ(HostErrorOf([&] { orvanel::ReadBatchFile(path); }), "1208: " + path + one.expected);
+    }
+}
+
+}  // namespace
