@@ -7,6 +7,7 @@
 
 #include "support/NumberText.h"
 #include "support/RunTimeError.h"
+#include "support/Text.h"
 #include "support/modRegistryUtils.h"
 
 namespace veltra {
@@ -16,23 +17,13 @@ constexpr double protonMassDa = 1.0072825;
 constexpr double electronMassDa = 0.00054858;
 constexpr double mostAbundantPercent = 100;
 
-bool IsUpper(char c) {
-    return c >= 'A' && c <= 'Z';
-}
-bool IsLower(char c) {
-    return c >= 'a' && c <= 'z';
-}
-bool IsDigit(char c) {
-    return c >= '0' && c <= '9';
-}
-
 /// Distinct symbols in order of first appearance.
 std::vector<std::string> SplitSymbols(const std::string& formula) {
     std::vector<std::string> symbols;
     for (std::size_t at = 0; at < formula.size(); ++at) {
-        if (!IsUpper(formula[at])) continue;
+        if (!support::IsUpper(formula[at])) continue;
         std::size_t end = at + 1;
-        while (end < formula.size() && IsLower(formula[end]))
+        while (end < formula.size() && support::IsLower(formula[end]))
             ++end;
         const std::string symbol = formula.substr(at, end - at);
         if (std::find(symbols.begin(), symbols.end(), symbol) == symbols.end()) symbols.push_back(symbol);
@@ -47,13 +38,13 @@ std::int32_t CountSymbol(const std::string& formula, const std::string& symbol, 
     while ((at = formula.find(symbol, at)) != std::string::npos) {
         at += symbol.size();
         const std::size_t firstDigit = at;
-        while (at < formula.size() && IsDigit(formula[at]))
+        while (at < formula.size() && support::IsDigit(formula[at]))
             ++at;
         if (at > firstDigit) {
             const auto count = support::ParseInt32(formula.substr(firstDigit, at - firstDigit));
             if (!count) throw support::RunTimeError::Overflow();
             total += *count;
-        } else if (at == formula.size() || !IsLower(formula[at])) {
+        } else if (at == formula.size() || !support::IsLower(formula[at])) {
             total += 1;
         }
     }
@@ -80,7 +71,7 @@ double clsMWCalculator::CalculateMZ(double dblMolWeight, std::int16_t intCharge)
 bool clsMWCalculator::HasOnlyFormulaCharacters(const std::string& formula) const {
     for (std::size_t at = 0; at < formula.size(); ++at) {
         const char c = formula[at];
-        if (IsUpper(c) || IsLower(c) || IsDigit(c)) continue;
+        if (support::IsUpper(c) || support::IsLower(c) || support::IsDigit(c)) continue;
         if (c == ' ') {
             messageBoxes_.Show("Invalid <space> character found in formula", ports::MessageIcon::None);
             return false;

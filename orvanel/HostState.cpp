@@ -96,7 +96,11 @@ QueuedSample HostState::PrepareSample(const std::string& methodPath) const {
     QueuedSample sample;
     sample.methodPath = methodPath;
     sample.method = *massSpec;
-    sample.methodText = support::ReadWholeFile(methodPath);
+    try {
+        sample.methodText = support::ReadWholeFile(methodPath);
+    } catch (const support::FileError& error) {
+        throw ports::HostError(errorNumber::methodFileUnreadable, error.what());
+    }
     sample.preparationMs = PreparationMs(*massSpec, *model_);
     sample.durationMs = ExpectedDurationMs(*massSpec, *model_);
     return sample;

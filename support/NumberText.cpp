@@ -63,10 +63,6 @@ std::string ShortestText(Number value) {
     return FromScientific({text.data(), static_cast<std::size_t>(end.ptr - text.data())});
 }
 
-bool IsDigit(char c) {
-    return c >= '0' && c <= '9';
-}
-
 /// The length of the number that the text starts with, its sign included; 0 when there is none.
 std::size_t NumberLength(std::string_view text) {
     std::size_t at = 0;

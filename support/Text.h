@@ -9,6 +9,17 @@ namespace support {
 
 inline constexpr const char* crLf = "\r\n";
 
+/// ASCII characters, whatever the locale.
+inline bool IsUpper(char c) {
+    return c >= 'A' && c <= 'Z';
+}
+inline bool IsLower(char c) {
+    return c >= 'a' && c <= 'z';
+}
+inline bool IsDigit(char c) {
+    return c >= '0' && c <= '9';
+}
+
 /// Without blanks and tabs at both ends.
 std::string_view Trim(std::string_view text);
 /// ASCII letters only.

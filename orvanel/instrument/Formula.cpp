@@ -4,20 +4,12 @@
 #include <cmath>
 #include <stdexcept>
 
+#include "support/Text.h"
+
 namespace orvanel {
 namespace {
 
 constexpr int maximumCount = 10000;
-
-bool IsUpper(char c) {
-    return c >= 'A' && c <= 'Z';
-}
-bool IsLower(char c) {
-    return c >= 'a' && c <= 'z';
-}
-bool IsDigit(char c) {
-    return c >= '0' && c <= '9';
-}
 
 }  // namespace
 
@@ -26,15 +18,15 @@ Composition ParseFormula(const std::string& formula) {
     Composition composition;
     std::size_t position = 0;
     while (position < formula.size()) {
-        if (!IsUpper(formula[position]))
+        if (!support::IsUpper(formula[position]))
             throw std::invalid_argument("\"" + formula + "\" has no element symbol at character " +
                                         std::to_string(position + 1));
         std::string symbol(1, formula[position++]);
-        while (position < formula.size() && IsLower(formula[position]))
+        while (position < formula.size() && support::IsLower(formula[position]))
             symbol += formula[position++];
-        const bool counted = position < formula.size() && IsDigit(formula[position]);
+        const bool counted = position < formula.size() && support::IsDigit(formula[position]);
         int count = counted ? 0 : 1;
-        while (position < formula.size() && IsDigit(formula[position]) && count <= maximumCount)
+        while (position < formula.size() && support::IsDigit(formula[position]) && count <= maximumCount)
             count = count * 10 + (formula[position++] - '0');
         int& total = composition[symbol];
         total += count;

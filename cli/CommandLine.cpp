@@ -1,0 +1,68 @@
+#include <CLI/CLI.hpp>
+#include <ostream>
+
+#include "cli/Commands.h"
+
+namespace cli {
+namespace {
+
+constexpr const char* footer =
+    "Exit status: 0 completed, 1 aborted or failed, 2 wrong usage, 3 not started (settings invalid, instrument "
+    "refused,\nor initialisation failed). Ctrl-C aborts a run in order; its report is still written.\n\n"
+    "Examples:\n"
+    "  veltra-run --new-project demo --compound reserpine\n"
+    "  veltra-run --settings demo/Veltra.ini\n"
+    "  veltra-run --formula C33H40N2O9 --charge 1";
+
+}  // namespace
+
+ExitStatus RunCommandLine(int argc, const char* const* argv, const TerminalStreams& streams) {
+    CLI::App app("Develops MS3 quantitation methods: performs one whole optimisation in the terminal.", "veltra-run");
+    app.footer(footer);
+    app.set_version_flag("--version", "veltra-run " VELTRA_VERSION);
+
+    std::string settings;
+    std::string host;
+    NewProjectOptions project;
+    std::string formula;
+    std::int16_t charge = 0;
+    bool listCompounds = false;
+
+    auto* settingsOption =
+        app.add_option("--settings", settings, "Settings file (default: Veltra.ini beside the program)")
+            ->type_name("FILE")
+            ->check(CLI::ExistingFile);
+    app.add_option("--host", host, "The host's configuration (default: Orvanel.ini beside the settings file)")
+        ->type_name("FILE");
+    auto* newProject = app.add_option("--new-project", project.folder, "Make a project under this folder, ready to run")
+                           ->type_name("DIR")
+                           ->excludes(settingsOption);
+    auto* compound = app.add_option("--compound", project.compound, "What the new project's instrument sprays")
+                         ->type_name("NAME")
+                         ->needs(newProject);
+    newProject->needs(compound);
+    app.add_option("--project-name", project.name, "Name of the new project (default: the compound's)")
+        ->type_name("NAME")
+        ->needs(newProject);
+    app.add_option("--model", project.modelCode, "Model code of the new project's instrument")
+        ->capture_default_str()
+        ->type_name("CODE")
+        ->needs(newProject);
+    auto* formulaOption = app.add_option("--formula", formula, "Print the m/z of a formula")->type_name("FORMULA");
+    app.add_option("--charge", charge, "Number of charges of the formula's ion, negative for anions")
+        ->type_name("NUMBER")
+        ->needs(formulaOption);
+    app.add_flag("--list-compounds", listCompounds, "List what the shipped instrument can spray");
+
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error, streams.out, streams.err) == 0 ? completed : wrongUsage;
+    }
+    if (listCompounds) return ListCompounds(streams);
+    if (formulaOption->count() > 0) return PrintMzOfFormula(formula, charge, streams);
+    if (newProject->count() > 0) return MakeNewProject(project, streams);
+    return RunOptimization(settings, host, streams);
+}
+
+}  // namespace cli

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "cli/ExitStatus.h"
+#include "cli/Terminal.h"
+
+namespace cli {
+
+/// The folder with the shipped host's models, compounds and element table, found from the program's own folder.
+std::string DefaultAppLocation();
+
+/// One run, exactly as the Start button performs it.
+/// @param settingsPath the settings file; empty for the one beside the program
+/// @param hostPath the host's Orvanel.ini; empty for the one beside the settings file
+ExitStatus RunOptimization(const std::string& settingsPath, const std::string& hostPath,
+                           const TerminalStreams& streams);
+
+struct NewProjectOptions {
+    std::string folder;
+    std::string compound;
+    std::string name;  ///< of the project; the compound's where empty
+    std::int32_t modelCode = 27;
+};
+/// Makes a project with settings that suit the compound.
+ExitStatus MakeNewProject(const NewProjectOptions& options, const TerminalStreams& streams);
+
+ExitStatus ListCompounds(const TerminalStreams& streams);
+
+/// Prints the m/z of a neutral formula with a charge.
+ExitStatus PrintMzOfFormula(const std::string& formula, std::int16_t charge, const TerminalStreams& streams);
+
+/// Reads the command line and runs what it asks for.
+/// @param arguments without the program's name
+ExitStatus RunCommandLine(int argc, const char* const* argv, const TerminalStreams& streams);
+
+}  // namespace cli

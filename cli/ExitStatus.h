@@ -1,0 +1,13 @@
+#pragma once
+
+namespace cli {
+
+/// What the program returns to its caller.
+enum ExitStatus : int {
+    completed = 0,
+    abortedOrFailed = 1,
+    wrongUsage = 2,
+    notStarted = 3,  ///< settings invalid, instrument refused, initialisation failed
+};
+
+}  // namespace cli

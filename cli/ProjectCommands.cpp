@@ -1,0 +1,86 @@
+#include <chrono>
+#include <exception>
+#include <iomanip>
+#include <ostream>
+
+#include "chem/clsMWCalculator.h"
+#include "cli/Commands.h"
+#include "cli/ProjectSettings.h"
+#include "model/clsInfo_Settings.h"
+#include "orvanel/OrvanelHost.h"
+#include "orvanel/clock/HostClock.h"
+#include "support/Files.h"
+#include "support/NumberText.h"
+#include "support/Paths.h"
+
+namespace cli {
+namespace {
+
+void WriteSettings(const std::string& path, const NewProjectOptions& options, const orvanel::ProjectFacts& facts) {
+    veltra::clsInfo_Settings settings(path);
+    SuitToCompound(settings, options.compound, facts);
+    settings.WriteGlobalSettings();
+    if (!support::FileExists(path)) throw support::FileError("Cannot write " + path);
+}
+
+/// Runs a command; what it cannot do is said in one line.
+template <class Command>
+ExitStatus Guarded(const TerminalStreams& streams, ExitStatus failure, Command command) {
+    try {
+        return command();
+    } catch (const std::exception& error) {
+        streams.err << "veltra-run: " << error.what() << '\n';
+        return failure;
+    }
+}
+
+}  // namespace
+
+ExitStatus MakeNewProject(const NewProjectOptions& options, const TerminalStreams& streams) {
+    return Guarded(streams, wrongUsage, [&] {
+        const std::string settingsPath = support::JoinPath(options.folder, "Veltra.ini");
+        if (support::FileExists(settingsPath))
+            throw support::FileError(settingsPath + " is there already: choose another folder or remove it");
+        const std::string name = options.name.empty() ? options.compound : options.name;
+        const auto facts =
+            orvanel::CreateProject({options.folder, name, options.compound, DefaultAppLocation(), options.modelCode});
+        WriteSettings(settingsPath, options, facts);
+        streams.out << "Starter method: " << facts.starterMethodPath << '\n'
+                    << "Settings:       " << settingsPath << '\n'
+                    << "Host:           " << facts.orvanelIniPath << '\n'
+                    << "Run it with:    veltra-run --settings \"" << settingsPath << "\"\n";
+        return completed;
+    });
+}
+
+ExitStatus ListCompounds(const TerminalStreams& streams) {
+    return Guarded(streams, notStarted, [&] {
+        constexpr int nameWidth = 18;
+        constexpr int mzWidth = 10;
+        constexpr int adductWidth = 11;
+        for (const auto& compound : orvanel::ListCompounds(DefaultAppLocation()))
+            streams.out << std::left << std::setw(nameWidth) << compound.name << std::setw(mzWidth)
+                        << support::MzText(compound.mz) << std::setw(adductWidth) << compound.adduct << compound.title
+                        << '\n';
+        return completed;
+    });
+}
+
+ExitStatus PrintMzOfFormula(const std::string& formula, std::int16_t charge, const TerminalStreams& streams) {
+    return Guarded(streams, notStarted, [&] {
+        orvanel::OrvanelConfig config;
+        config.running = false;  // the element table is there whether the application runs or not
+        config.appLocation = DefaultAppLocation();
+        orvanel::HostClock clock(1, std::chrono::system_clock::now(), {});
+        const auto host = orvanel::CreateOrvanelHost(config, clock);
+        TerminalDisplay display(streams);
+        TerminalMessageBoxes messageBoxes(streams, display);
+        veltra::clsMWCalculator calculator(*host, messageBoxes);
+        const double mass = calculator.GetMWForFormula(formula);
+        if (mass == 0) return wrongUsage;
+        streams.out << support::GeneralText(veltra::clsMWCalculator::CalculateMZ(mass, charge)) << '\n';
+        return completed;
+    });
+}
+
+}  // namespace cli

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <string>
+
+#include "model/clsInfo_Settings.h"
+#include "orvanel/OrvanelHost.h"
+
+namespace cli {
+
+/// Fills in settings that suit a new project's compound: its m/z and polarity, scan ranges from below its lightest
+/// fragment to above its precursor, and the collision energy at which most of its fragments are strong.
+void SuitToCompound(veltra::clsInfo_Settings& settings, const std::string& compoundName,
+                    const orvanel::ProjectFacts& facts);
+
+}  // namespace cli

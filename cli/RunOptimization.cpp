@@ -1,0 +1,99 @@
+#include <chrono>
+#include <exception>
+#include <memory>
+#include <ostream>
+
+#include "cli/Commands.h"
+#include "cli/StopSignals.h"
+#include "host/clsTolmBatch.h"
+#include "orvanel/OrvanelHost.h"
+#include "orvanel/clock/HostClock.h"
+#include "run/InstrumentCheck.h"
+#include "run/StartButton.h"
+#include "support/Files.h"
+#include "support/Paths.h"
+#include "support/Platform.h"
+
+namespace cli {
+namespace {
+
+using veltra::StartButton;
+
+ExitStatus StatusOf(StartButton::Outcome outcome) {
+    switch (outcome) {
+        case StartButton::Outcome::Completed:
+            return completed;
+        case StartButton::Outcome::Aborted:
+        case StartButton::Outcome::AbortAsked:
+            return abortedOrFailed;
+        case StartButton::Outcome::SettingsInvalid:
+        case StartButton::Outcome::InstrumentRefused:
+        case StartButton::Outcome::InitializationFailed:
+            break;
+    }
+    return notStarted;
+}
+
+void PrintReport(const veltra::clsInfo_Results& results, const TerminalStreams& streams) {
+    const std::string path = support::JoinPath(results.VeskOutputFilePath, "Results.txt");
+    try {
+        std::string report = support::ReadWholeFile(path);
+        std::erase(report, '\r');
+        streams.out << '\n' << report << "\n\n";
+    } catch (const std::exception& error) {
+        streams.err << "veltra-run: the report cannot be shown: " << error.what() << '\n';
+    }
+    streams.out << "Output folder: " << results.VeskOutputFilePath << std::endl;
+}
+
+ExitStatus Perform(ports::Host& host, const ports::Clock& clock, const std::string& settingsPath,
+                   const TerminalStreams& streams) {
+    veltra::clsInfo_Settings settings(settingsPath);
+    settings.ReadGlobalSettings();
+    TerminalDisplay display(streams);
+    TerminalMessageBoxes messageBoxes(streams, display);
+    TerminalFolderChooser folderChooser(streams);
+    veltra::RunState runState({host, display, messageBoxes, folderChooser, clock}, settings);
+    StartButton startButton(runState);
+
+    StopSignals stopSignals;
+    display.OnPendingEvents([&] {
+        if (stopSignals.TakeRequest() && !runState.AbortRequested) startButton.Click();
+    });
+    if (!veltra::CheckInstrument(runState)) return notStarted;
+    const StartButton::Outcome outcome = startButton.Click();
+    display.ClearStatusLine();
+    if (outcome == StartButton::Outcome::Completed || outcome == StartButton::Outcome::Aborted) {
+        const bool isCompleted = outcome == StartButton::Outcome::Completed;
+        messageBoxes.Show(isCompleted ? "Optimization completed successfully!" : "Optimization was aborted!",
+                          ports::MessageIcon::None);
+        PrintReport(*runState.results, streams);
+    }
+    return StatusOf(outcome);
+}
+
+}  // namespace
+
+std::string DefaultAppLocation() {
+    return support::JoinPath(support::FolderOf(support::ProgramFolder()), "share/orvanel");
+}
+
+ExitStatus RunOptimization(const std::string& settingsPath, const std::string& hostPath,
+                           const TerminalStreams& streams) {
+    const std::string settings = settingsPath.empty() ? veltra::clsInfo_Settings::DefaultIniPath() : settingsPath;
+    const std::string hostIni =
+        hostPath.empty() ? support::JoinPath(support::FolderOf(settings), "Orvanel.ini") : hostPath;
+    try {
+        const auto config = orvanel::ReadOrvanelConfig(hostIni, DefaultAppLocation());
+        orvanel::HostClock clock(config.clockFactor, std::chrono::system_clock::now(), support::DateFormatOfProcess());
+        const auto host = orvanel::CreateOrvanelHost(config, clock);
+        const std::string description = host->GetDescription();
+        if (!description.empty()) streams.err << description << '\n';
+        return Perform(*host, clock, settings, streams);
+    } catch (const std::exception& error) {
+        streams.err << "veltra-run: " << error.what() << '\n';
+        return notStarted;
+    }
+}
+
+}  // namespace cli

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "model/clsInfo_Results.h"
+#include "model/clsInfo_Scans.h"
+#include "model/clsInfo_Settings.h"
+#include "ports/Clock.h"
+#include "ports/FolderChooser.h"
+#include "ports/Host.h"
+#include "ports/MessageBoxes.h"
+#include "ports/RunDisplay.h"
+
+namespace veltra {
+
+class clsTolmBatch;
+class HostWrapper;
+
+/// The outside as a program's main has wired it. Everything outlives the run state.
+struct RunPorts {
+    ports::Host& host;
+    ports::RunDisplay& display;
+    ports::MessageBoxes& messageBoxes;
+    ports::FolderChooser& folderChooser;
+    const ports::Clock& clock;
+};
+
+/// Run-wide state, shared by every class of a run. One object a program, made in its main.
+class RunState {
+  public:
+    RunState(const RunPorts& ports, clsInfo_Settings& settings);
+    ~RunState();
+    RunState(const RunState&) = delete;
+    RunState& operator=(const RunState&) = delete;
+
+    ports::Host& host;
+    ports::RunDisplay& display;
+    ports::MessageBoxes& messageBoxes;
+    ports::FolderChooser& folderChooser;
+    const ports::Clock& clock;
+    clsInfo_Settings& settings;
+
+    std::unique_ptr<ports::HostApplication> hostApplication;  ///< attached by the run's initialisation
+    std::unique_ptr<clsInfo_Results> results;                 ///< of the current run
+    std::unique_ptr<clsInfo_Scans> scans;                     ///< of the current run
+    std::unique_ptr<clsTolmBatch> batch;                      ///< logged on from initialisation to the end of the run
+
+    std::int32_t InstrumentModelCode = 0;  ///< 0 until it could be read
+    bool EPAndCEPSupported = true;
+    bool AbortRequested = false;
+
+    /// Writes the text with date and time to the run's log file, once it has one, and with the time to the display's
+    /// log.
+    void WriteLogLine(const std::string& strText) const;
+
+    /// How a failed wrapper is told to the user and then forgotten by the wrapper: a message box and a log line.
+    void ReportError(HostWrapper& wrapper, ports::MessageIcon icon) const;
+};
+
+}  // namespace veltra

@@ -1,0 +1,202 @@
+#include "host/clsExplore.h"
+
+#include <utility>
+
+#include "support/NumberText.h"
+
+namespace veltra {
+namespace {
+
+using support::GeneralText;
+
+constexpr int sample = 1;
+constexpr int period = 0;
+constexpr int experiment = 0;
+
+void CopyData(const ports::DataObject& from, ports::DataObject& to) {
+    to.SetXValues(from.GetXValues());
+    to.SetYValues(from.GetYValues());
+    to.SetXAxisRange(from.GetXAxisRange());
+    to.SetYValueRange(from.GetYValueRange());
+}
+
+}  // namespace
+
+clsExplore::clsExplore(ports::Host& host) {
+    Step(
+        [&] {
+            exploration_ = host.CreateDataExploration();
+            chromatogram_ = exploration_->CreateChromatogramData();
+            spectrum_ = exploration_->CreateSpectrumData();
+        },
+        Text("Explore Data: Error during Explore Data initialization"));
+}
+
+clsExplore::~clsExplore() = default;
+
+void clsExplore::Initialize(const std::string& strVeskFilePath) {
+    Step(
+        [&] {
+            dataFilePath_ = strVeskFilePath;
+            chromatogram_->ExploreSetDataFile(strVeskFilePath);
+            spectrum_->ExploreSetDataFile(strVeskFilePath);
+        },
+        [&] { return "Explore Data: Error during initialization using " + strVeskFilePath; });
+}
+
+void clsExplore::Chrom_LoadTIC() {
+    Step([&] { chromatogram_->ExploreLoadTIC(sample, period, experiment); }, Text("Explore Data: Error loading TIC"));
+}
+
+void clsExplore::Chrom_LoadXIC(double dblMassStart, double dblMassStop) {
+    Step([&] { chromatogram_->ExploreLoadXIC(sample, period, experiment, dblMassStart, dblMassStop); },
+         Text("Explore Data: Error loading XIC"));
+}
+
+void clsExplore::Chrom_LoadXICOverlay(std::int16_t intIndex) {
+    Step([&] { chromatogram_->ExploreLoadXICOverlay(sample, period, experiment, intIndex); },
+         Text("Explore Data: Error loading XIC overlay"));
+}
+
+double clsExplore::Chrom_GetOptimalValue(bool& pBlnOptimalFound) {
+    double optimum = 0;
+    pBlnOptimalFound = false;
+    Step(
+        [&] {
+            if (chromatogram_->ExplorePointCount() < 1) return;
+            chromatogram_->ExploreSortPoints(false, false);
+            if (!(chromatogram_->ExplorePointY(1) > 0)) return;
+            optimum = chromatogram_->ExplorePointX(1);
+            pBlnOptimalFound = true;
+        },
+        Text("Explore Data: Error getting optimal value"));
+    return optimum;
+}
+
+double clsExplore::Chrom_GetPercentMaxIntensityValue(std::int16_t intPercentage, bool& pBlnMaxVoltageFound) {
+    double value = 0;
+    pBlnMaxVoltageFound = false;
+    Step(
+        [&] {
+            const int count = chromatogram_->ExplorePointCount();
+            if (count < 1) return;
+            chromatogram_->ExploreSortPoints(false, true);
+            const double maximum = chromatogram_->ExplorePointY(count);
+            if (!(maximum > 0)) return;
+            const double threshold = intPercentage / 100.0 * maximum;
+            for (int point = 1; point <= count; ++point) {
+                if (chromatogram_->ExplorePointY(point) < threshold) continue;
+                value = chromatogram_->ExplorePointX(point);
+                pBlnMaxVoltageFound = true;
+                return;
+            }
+        },
+        [&] {
+            return "Explore Data: Error getting value at " + GeneralText(static_cast<int>(intPercentage)) +
+                   "% of max intensity";
+        });
+    return value;
+}
+
+void clsExplore::Chrom_SmoothGraph(std::int16_t intNumOfSmoothes) {
+    Step(
+        [&] {
+            const auto smoothing = exploration_->CreateSmoothingProcessor();
+            const ports::SmoothingParameters parameters;
+            for (int pass = 0; pass < intNumOfSmoothes; ++pass)
+                smoothing->ExploreSmooth(*chromatogram_, parameters);
+        },
+        Text("Explore Data: Error during smoothing of graph"));
+}
+
+void clsExplore::Spectrum_LoadSpectrum() {
+    constexpr float secondsPerMinute = 60.0F;
+    Step(
+        [&] {
+            Chrom_LoadTIC();
+            if (ErrorOccurred()) return;
+            const int count = chromatogram_->ExplorePointCount();
+            if (count < 1) return;
+            const auto start = static_cast<float>(chromatogram_->ExplorePointX(1)) * secondsPerMinute;
+            const auto stop = static_cast<float>(chromatogram_->ExplorePointX(count)) * secondsPerMinute;
+            spectrum_->ExploreLoadSpectrumByTime(sample, period, experiment, start, stop);
+        },
+        Text("Explore Data: Error loading spectrum"));
+}
+
+void clsExplore::Spectrum_LoadCycleDependentSpectrum(std::int16_t intCycle) {
+    Step([&] { spectrum_->ExploreLoadSpectrumByCycle(sample, intCycle, intCycle); },
+         Text("Explore Data: Error loading cycle dependent spectrum"));
+}
+
+std::unique_ptr<ports::PeakList> clsExplore::LoadedPeakList() const {
+    return exploration_->ExplorePeakList(dataFilePath_, sample, *spectrum_);
+}
+
+int clsExplore::HighestMonoisotopicPeak(const ports::PeakList& peaks, double mass, double tolerance) const {
+    using List = ports::PeakList;
+    constexpr int chargeWhenUnknown = 2;
+    const auto isMonoisotopic = [&](int peak) {
+        return peaks.ExplorePeakAttribute(peak, List::attributeIsotopeMarker) == 1;
+    };
+
+    const int highest = peaks.ExploreFindHighestInRange(mass - tolerance, mass + tolerance);
+    if (highest < 1 || peaks.ExplorePeakAttribute(highest, List::attributeIsotopeMarker) != 0) return highest;
+
+    const auto known = static_cast<int>(peaks.ExplorePeakAttribute(highest, List::attributeCharge));
+    const int charge = known == 0 ? chargeWhenUnknown : known;
+    const double spacing = 1.0 / charge;
+    const int lower =
+        peaks.ExploreFindNearest(peaks.ExplorePeakAttribute(highest, List::attributeMz) - spacing, tolerance);
+    if (lower < 1) return highest;
+    const double ratioLimit = 1700.0 / (charge * mass) - 0.2;
+    const double ratio = peaks.ExplorePeakAttribute(lower, List::attributeArea) /
+                         peaks.ExplorePeakAttribute(highest, List::attributeArea);
+    return isMonoisotopic(lower) && ratio > ratioLimit ? lower : highest;
+}
+
+std::shared_ptr<clsItem_Peak> clsExplore::Spectrum_GetHighestPeakInRange(double dblMass, double dblTolerance) {
+    std::shared_ptr<clsItem_Peak> found;
+    Step(
+        [&] {
+            const auto peaks = LoadedPeakList();
+            const int peak = HighestMonoisotopicPeak(*peaks, dblMass, dblTolerance);
+            if (peak < 1) return;
+            auto record = std::make_shared<clsItem_Peak>();
+            record->CentroidMass = peaks->ExplorePeakCentroid(peak, ports::PeakList::centroidMz);
+            record->CentroidIntensity = peaks->ExplorePeakCentroid(peak, ports::PeakList::centroidIntensity);
+            found = std::move(record);
+        },
+        [&] {
+            return "Explore Data: Error getting highest peak in range " + GeneralText(dblMass - dblTolerance) +
+                   " Da to " + GeneralText(dblMass + dblTolerance) + " Da";
+        });
+    return found;
+}
+
+ChromDataReference clsExplore::GetChromDataObject() {
+    ChromDataReference copy;
+    Step(
+        [&] {
+            ChromDataReference data = exploration_->CreateChromatogramData();
+            CopyData(*chromatogram_, *data);
+            data->ExploreSortPoints(true, true);
+            copy = std::move(data);
+        },
+        Text("Explore Data: Error during getting copy of chromatogram data object"));
+    return copy;
+}
+
+SpecDataReference clsExplore::GetSpecDataObject() {
+    SpecDataReference copy;
+    Step(
+        [&] {
+            SpecDataReference data = exploration_->CreateSpectrumData();
+            CopyData(*spectrum_, *data);
+            copy = std::move(data);
+        },
+        Text("Explore Data: Error during getting copy of spectrum data object"));
+    return copy;
+}
+
+}  // namespace veltra

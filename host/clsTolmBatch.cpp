@@ -1,0 +1,102 @@
+#include "host/clsTolmBatch.h"
+
+#include "support/Platform.h"
+#include "support/RunTimeError.h"
+
+namespace veltra {
+
+clsTolmBatch::clsTolmBatch(ports::Host& host) {
+    Step(
+        [&] {
+            service_ = host.TolmCreateService();
+            Service().TolmInitialize();
+        },
+        Text("Tolm Batch: Error during Tolm initialization"));
+}
+
+clsTolmBatch::~clsTolmBatch() = default;
+
+ports::TolmService& clsTolmBatch::Service() {
+    if (!service_) throw support::RunTimeError::ObjectNotSet();
+    return *service_;
+}
+
+ports::TolmBatch& clsTolmBatch::Batch() {
+    if (!batch_) throw support::RunTimeError::ObjectNotSet();
+    return *batch_;
+}
+
+void clsTolmBatch::Step1_TolmLogon(const std::string& strProjectPath, const std::string& strProjectName) {
+    if (ErrorOccurred()) return;
+    projectPath_ = strProjectPath;
+    projectName_ = strProjectName;
+    Step4_TolmLogoff();
+    Step(
+        [&] {
+            session_ = Service().TolmLogon("", "", "", "", "Veltra");
+            Service().TolmSelectProject(session_, strProjectPath, strProjectName);
+        },
+        Text("Tolm Batch: Error during Tolm logon"));
+}
+
+void clsTolmBatch::Step2_CreateNewTolmBatch(const std::string& strBatchFileName, const std::string& strMethodFileName,
+                                            const std::string& strVeskFileName) {
+    using Field = ports::TolmBatch::SampleField;
+    Step(
+        [&] {
+            Step3c_ClearTolmBatch();
+            batch_ = Service().TolmNewBatch(session_);
+            auto& batch = Batch();
+            batch.TolmSetBatchName(strBatchFileName);
+            batch.TolmSetBatchUser(GetWindowsUserName());
+            batch.TolmSetBatchText("");
+            batch.TolmSetBatchProject(projectPath_ + projectName_);
+            const int set = batch.TolmAddSet("SET1");
+            batch.TolmSetSetAcquisitionMethod(set, strMethodFileName);
+            batch.TolmSetSetProcessingMethod(set, "none");
+            const int sample = batch.TolmAddSample(set);
+            batch.TolmSetSampleDataFile(set, sample, strVeskFileName);
+            batch.TolmSetSampleField(set, sample, Field::SampleName, "N/A");
+            batch.TolmSetSampleField(set, sample, Field::SampleId, "N/A");
+            batch.TolmSetSampleField(set, sample, Field::RackPosition, "0");
+        },
+        Text("Tolm Batch: Error during creation of new Tolm Batch"));
+}
+
+void clsTolmBatch::Step3a_SubmitTolmBatch() {
+    Step([&] { Service().TolmSubmitBatch(session_, Batch()); }, Text("Tolm Batch: Error submitting Tolm Batch"));
+}
+
+std::string clsTolmBatch::Step3b_SaveTolmBatch(const std::string& strBatchFileName) {
+    std::string answer;
+    Step([&] { answer = Service().TolmSaveBatch(session_, strBatchFileName, Batch()); },
+         [&] { return "Tolm Batch: Error saving Tolm Batch " + strBatchFileName; });
+    return answer;
+}
+
+void clsTolmBatch::Step3c_ClearTolmBatch() {
+    batch_.reset();
+}
+
+void clsTolmBatch::Step4_TolmLogoff() {
+    Step(
+        [&] {
+            if (session_.empty()) return;
+            Service().TolmLogoff(session_);
+            session_.clear();
+        },
+        Text("Tolm Batch: Error during Tolm logoff"));
+}
+
+std::string clsTolmBatch::GetWindowsUserName() {
+    std::string name = "Unknown";
+    Step(
+        [&] {
+            const std::string current = support::CurrentUserName();
+            if (!current.empty()) name = current;
+        },
+        Text("Tolm Batch: Error getting current user name"));
+    return name;
+}
+
+}  // namespace veltra

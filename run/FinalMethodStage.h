@@ -1,0 +1,11 @@
+#pragma once
+
+#include "run/StageFrame.h"
+
+namespace veltra {
+
+/// Writes the final methods: one for every usable 2nd precursor where the settings ask for it, and always the one of
+/// the optimal path. Does nothing in an aborted run. A method that cannot be written never stops the run.
+void RunFinalMethodStage(StageFrame& frame);
+
+}  // namespace veltra

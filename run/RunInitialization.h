@@ -1,0 +1,37 @@
+#pragma once
+
+#include <string>
+
+#include "host/RunState.h"
+
+namespace veltra {
+
+/// The steps that prepare a run. The first one that fails ends them with a warning box.
+class RunInitialization {
+  public:
+    explicit RunInitialization(RunState& runState) : runState_(runState) {}
+
+    bool Run();
+
+  private:
+    bool Prepare();
+    bool AttachToHost();
+    bool ReadStarterMethod();
+    bool LocateDataFolder();
+    bool LogOn();
+    bool TestBatch();
+    bool CreateOutputFolder();
+    void StartLog();
+
+    void AskForDataFolder();
+    bool Warn(const std::string& text);
+    bool WarnOf(HostWrapper& wrapper);
+
+    RunState& runState_;
+    std::string failureMessage_;  ///< what an unexpected error of the step under way is told as
+    std::string projectsRoot_;    ///< ends in a separator
+    std::string projectName_;
+    std::string dataFolder_;  ///< ends in a separator
+};
+
+}  // namespace veltra

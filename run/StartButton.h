@@ -1,0 +1,37 @@
+#pragma once
+
+#include <memory>
+
+#include "host/RunState.h"
+#include "run/clsMain.h"
+
+namespace veltra {
+
+/// What the two help lines under the log say.
+extern const char* const settingsHelpLines;
+
+/// The Start button, which is the Abort button while a run is in progress: the only way into a run.
+class StartButton {
+  public:
+    explicit StartButton(RunState& runState) : runState_(runState) {}
+
+    enum class Outcome { AbortAsked, SettingsInvalid, InstrumentRefused, InitializationFailed, Aborted, Completed };
+
+    /// Performs a whole run and returns at its end; during a run it only asks whether to abort.
+    Outcome Click();
+
+    bool IsRunning() const { return running_; }
+
+    /// The window is asked to close. @return whether it may
+    bool MayClose();
+
+  private:
+    Outcome Run();
+    void ShowInitializationFailed();
+
+    RunState& runState_;
+    std::unique_ptr<clsMain> main_;
+    bool running_ = false;
+};
+
+}  // namespace veltra

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <string>
+
+#include "host/RunState.h"
+#include "host/clsAcquire.h"
+
+namespace veltra {
+
+/// Writes final MS/MS/MS quantitation methods from a template method and the current compound parameters.
+class clsScan_SaveFinalMS3 {
+  public:
+    explicit clsScan_SaveFinalMS3(RunState& runState) : runState_(runState) {}
+
+    /// A method that scans from 50 Da to 5 Da above the 2nd precursor. All m/z in Da.
+    /// @return false when it could not be written; the reason is in the run log
+    bool GenerateFinalMethod(double dblFirstPrecursor, double dblSecondPrecursor,
+                             const std::string& strTemplateMethodFilePath, const std::string& strNewMethodFilePath);
+
+    /// A method that scans 20 Da around the 3rd precursor.
+    bool GenerateFinalOptimalMethod(double dblFirstPrecursor, double dblSecondPrecursor, double dblThirdPrecursor,
+                                    const std::string& strTemplateMethodFilePath,
+                                    const std::string& strNewMethodFilePath);
+
+  private:
+    struct FinalMethod {
+        double firstPrecursor;
+        double secondPrecursor;
+        double massStart;
+        double massStop;
+        const std::string& templatePath;
+        const std::string& newPath;
+    };
+    bool Generate(const FinalMethod& method);
+    void Build(clsAcquire& acquire, const FinalMethod& method);
+
+    RunState& runState_;
+};
+
+}  // namespace veltra

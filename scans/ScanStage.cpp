@@ -1,0 +1,86 @@
+#include "scans/ScanStage.h"
+
+#include <exception>
+
+#include "host/clsQueue.h"
+#include "host/clsTolmBatch.h"
+#include "support/modFileUtils.h"
+
+namespace veltra {
+
+void ScanStage::StopAfterFailure(HostWrapper& wrapper) {
+    runState_.AbortRequested = true;
+    runState_.ReportError(wrapper, ports::MessageIcon::Critical);
+}
+
+void ScanStage::StopWithoutFinding(const std::string& text) {
+    runState_.messageBoxes.Show(text, ports::MessageIcon::None);
+    runState_.WriteLogLine(text);
+    runState_.AbortRequested = true;
+}
+
+void ScanStage::Guarded(const std::function<void()>& step) {
+    try {
+        step();
+    } catch (const std::exception& error) {
+        runState_.AbortRequested = true;
+        const std::string text = "Unexpected error" + ErrorSuffix(error);
+        runState_.messageBoxes.Show(text, ports::MessageIcon::Critical);
+        runState_.WriteLogLine(text);
+    }
+}
+
+bool ScanStage::Acquire(const clsItem_FilePaths& filePaths, const std::function<void(clsAcquire&)>& buildMethod) {
+    runState_.display.MessageUpdate("Creating method and submitting batch...");
+    double expectedDurationMs = 0;
+    Guarded([&] { expectedDurationMs = CreateMethod(filePaths, buildMethod); });
+    if (runState_.AbortRequested) return false;
+    Guarded([&] { CreateAndSubmitBatch(filePaths); });
+    if (runState_.AbortRequested) return false;
+    Guarded([&] { WaitForAcquisition(expectedDurationMs); });
+    if (runState_.AbortRequested) return false;
+    runState_.display.MessageUpdate("Processing results...");
+    return true;
+}
+
+double ScanStage::CreateMethod(const clsItem_FilePaths& filePaths,
+                               const std::function<void(clsAcquire&)>& buildMethod) {
+    clsAcquire acquire(runState_);
+    acquire.Step1_Load(filePaths.LastMethodFilePath);
+    buildMethod(acquire);
+    const double expectedDurationMs = acquire.GetExpectedDuration();
+    if (!acquire.ErrorOccurred()) return expectedDurationMs;
+    StopAfterFailure(acquire);
+    runState_.WriteLogLine("Unable to create " + support::GetFolderNameAtDepth(filePaths.MethodFilePath, 0));
+    return 0;
+}
+
+void ScanStage::CreateAndSubmitBatch(const clsItem_FilePaths& filePaths) {
+    clsTolmBatch& batch = *runState_.batch;
+    batch.Step2_CreateNewTolmBatch(filePaths.BatchFileName, support::GetFolderNameAtDepth(filePaths.MethodFilePath, 0),
+                                   support::GetLastTwoPathParts(filePaths.VeskFilePath));
+    batch.Step3a_SubmitTolmBatch();
+    if (!batch.ErrorOccurred()) return;
+    StopAfterFailure(batch);
+    runState_.WriteLogLine("Unable to create and submit batch");
+}
+
+void ScanStage::WaitForAcquisition(double expectedDurationMs) {
+    clsQueue queue(runState_);
+    queue.WaitForQueueComplete(expectedDurationMs);
+    if (queue.ErrorOccurred()) StopAfterFailure(queue);
+}
+
+bool ScanStage::Explore(const std::string& strVeskFilePath, const std::function<void(clsExplore&)>& steps) {
+    bool succeeded = false;
+    Guarded([&] {
+        clsExplore explore(runState_.host);
+        explore.Initialize(strVeskFilePath);
+        steps(explore);
+        succeeded = !explore.ErrorOccurred();
+        if (!succeeded) StopAfterFailure(explore);
+    });
+    return succeeded;
+}
+
+}  // namespace veltra

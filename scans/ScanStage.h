@@ -1,0 +1,48 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "host/RunState.h"
+#include "host/clsAcquire.h"
+#include "host/clsExplore.h"
+#include "model/clsItem_FilePaths.h"
+
+namespace veltra {
+
+inline constexpr std::int16_t scansToSum = 3;  ///< of every optimisation scan
+
+/// The shape that all scan classes share: build a method, submit it as a one-sample batch, wait for the data, explore
+/// them. A failing step tells the user once, writes the log and sets AbortRequested, which ends the run.
+class ScanStage {
+  protected:
+    explicit ScanStage(RunState& runState) : runState_(runState) {}
+    ~ScanStage() = default;
+    ScanStage(const ScanStage&) = delete;
+    ScanStage& operator=(const ScanStage&) = delete;
+
+    /// Builds the method from LastMethodFilePath, saved by the given steps to MethodFilePath, and acquires with it.
+    /// @return false when the run is to stop; there is nothing to explore then
+    bool Acquire(const clsItem_FilePaths& filePaths, const std::function<void(clsAcquire&)>& buildMethod);
+
+    /// Opens a data file and runs the steps on it.
+    /// @return false after a failure
+    bool Explore(const std::string& strVeskFilePath, const std::function<void(clsExplore&)>& steps);
+
+    /// Ends the run because a finding is missing, not because something failed: a plain box and a log line.
+    void StopWithoutFinding(const std::string& text);
+
+    /// Reports a failed wrapper and ends the run.
+    void StopAfterFailure(HostWrapper& wrapper);
+
+    RunState& runState_;
+
+  private:
+    double CreateMethod(const clsItem_FilePaths& filePaths, const std::function<void(clsAcquire&)>& buildMethod);
+    void CreateAndSubmitBatch(const clsItem_FilePaths& filePaths);
+    void WaitForAcquisition(double expectedDurationMs);
+    /// Runs one step; what it does not report by itself counts like a reported failure.
+    void Guarded(const std::function<void()>& step);
+};
+
+}  // namespace veltra

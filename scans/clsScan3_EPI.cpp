@@ -1,0 +1,61 @@
+#include "scans/clsScan3_EPI.h"
+
+#include "scans/MethodSteps.h"
+
+namespace veltra {
+
+std::optional<TopPeakCollection> clsScan3_EPI::Scan(double dblMass, float sglCE, float sglCES,
+                                                    const clsItem_FilePaths& pObjFilePathsItem) {
+    firstPrecursor_ = dblMass;
+    const auto build = [&](clsAcquire& acquire) {
+        BuildMethod(acquire, sglCE, sglCES, pObjFilePathsItem.MethodFilePath);
+    };
+    if (!Acquire(pObjFilePathsItem, build)) return std::nullopt;
+    return ExploreGeneratedVesk(pObjFilePathsItem.VeskFilePath);
+}
+
+void clsScan3_EPI::BuildMethod(clsAcquire& acquire, float ce, float ces, const std::string& methodFilePath) {
+    const auto& settings = runState_.settings;
+    const ScanRate scanRate = GetScanRate(runState_, ScanTypeCode::EPI, settings.Advanced_EPIScanRate);
+
+    acquire.Step2_InitializeMethod(static_cast<std::int16_t>(ScanTypeCode::EPI), scansToSum);
+    std::int32_t index = 0;
+    acquire.Step3a_SetMassRange(static_cast<double>(settings.Advanced_EPIMassStart),
+                                static_cast<double>(settings.Advanced_EPIMassEnd), scanRate.stepDa, index);
+    acquire.Step3b_SetEPIProductOf(firstPrecursor_);
+    SetScanRateAndDwellTime(acquire, scanRate);
+    acquire.Step4c_SetCompoundParam("CE", ce);
+    acquire.Step4c_SetCompoundParam("CES", ces);
+    SetPrecursorParams(acquire, runState_);
+    acquire.Step4c_SetCompoundParam("AF2", runState_.results->AF2.Current);
+    acquire.Step5_SaveAsNewMethod(methodFilePath);
+    // The range is optimised on the saved method.
+    acquire.Step1_Load(methodFilePath);
+    acquire.OptimizeMassRange();
+    acquire.Step4g_SetNumOfCycles(settings.Advanced_EPICycles);
+    acquire.Step5_SaveAsNewMethod(methodFilePath);
+}
+
+TopPeakCollection clsScan3_EPI::ExploreGeneratedVesk(const std::string& strVeskFilePath) {
+    constexpr double exclusionToleranceDa = 2.5;
+    constexpr std::int16_t noPercentageTest = -1;
+    PeakCollection peaks;
+    TopPeakCollection secondPrecursors;
+    const bool explored = Explore(strVeskFilePath, [&](clsExplore& explore) {
+        bool percentBelowThreshold = true;
+        explore.Spectrum_LoadSpectrum();
+        peaks = explore.Spectrum_GetTopPeaks(runState_.settings.Advanced_EPINum2ndPrec, firstPrecursor_,
+                                             exclusionToleranceDa, noPercentageTest, percentBelowThreshold);
+        runState_.scans->Scan3_EPI_SpecData(explore.GetSpecDataObject());
+    });
+    if (!explored) return {};
+    if (peaks.empty()) StopWithoutFinding("No EPI spectrum peaks found.");
+    for (const auto& peak : peaks) {
+        auto record = std::make_shared<clsItem_TopPeak>();
+        record->SecondPrecursor = peak;
+        secondPrecursors.push_back(std::move(record));
+    }
+    return secondPrecursors;
+}
+
+}  // namespace veltra

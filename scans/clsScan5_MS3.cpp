@@ -1,0 +1,73 @@
+#include "scans/clsScan5_MS3.h"
+
+#include "support/NumberText.h"
+
+namespace veltra {
+
+void clsScan5_MS3::Scan(double dblFirstPrecursor, clsItem_TopPeak& pObjTopPeakItem, const std::string& strParamId,
+                        float sglStart, float sglStop, float sglStep, const clsItem_FilePaths& pObjFilePathsItem) {
+    firstPrecursor_ = dblFirstPrecursor;
+    secondPrecursor_ = pObjTopPeakItem.SecondPrecursor->CentroidMass;
+    rampStep_ = sglStep;
+    const ParameterRamp ramp{strParamId, sglStart, sglStop, sglStep};
+    const auto build = [&](clsAcquire& acquire) { BuildMethod(acquire, ramp, pObjFilePathsItem.MethodFilePath); };
+    if (!Acquire(pObjFilePathsItem, build)) return;
+
+    const Findings findings = ExploreVesk(pObjFilePathsItem.VeskFilePath);
+    pObjTopPeakItem.MS3PeaksCollection = findings.thirdPrecursors;
+    pObjTopPeakItem.OptimizedAF2 = findings.af2;
+    pObjTopPeakItem.AF2WasOptimized = findings.af2Found;
+    pObjTopPeakItem.MS3PercentBelowThreshold = findings.percentBelowThreshold;
+}
+
+void clsScan5_MS3::BuildMethod(clsAcquire& acquire, const ParameterRamp& ramp, const std::string& methodFilePath) {
+    const auto& settings = runState_.settings;
+    const ScanRate scanRate = GetScanRate(runState_, ScanTypeCode::MS3, settings.Advanced_MS3ScanRate);
+    constexpr bool dynamicFillTime = false;
+
+    acquire.Step2_InitializeMethod(static_cast<std::int16_t>(ScanTypeCode::MS3), scansToSum);
+    std::int32_t index = 0;
+    acquire.Step3a_SetMassRange(static_cast<double>(settings.Advanced_MS3MassStart),
+                                static_cast<double>(settings.Advanced_MS3MassEnd), scanRate.stepDa, index);
+    acquire.Step3c_SetMS3Precursors(firstPrecursor_, secondPrecursor_);
+    SetScanRateAndDwellTime(acquire, scanRate);
+    SetCompoundParams(acquire, runState_, runState_.results->CE.Current);
+    acquire.Step4d_SetRampingParamAndNumCycles(ramp.id, ramp.start, ramp.stop, ramp.step);
+    acquire.Step4f_SetFillTime(dynamicFillTime, settings.Advanced_MS3UseQ0Trapping, settings.Advanced_MS3FixedFillTime);
+    acquire.Step5_SaveAsNewMethod(methodFilePath);
+    // The range is optimised on the saved method.
+    acquire.Step1_Load(methodFilePath);
+    acquire.OptimizeMassRange();
+    acquire.Step5_SaveAsNewMethod(methodFilePath);
+}
+
+clsScan5_MS3::Findings clsScan5_MS3::ExploreVesk(const std::string& strVeskFilePath) {
+    // One-sided on purpose: from the centroid upwards, where no lighter neighbour reaches in.
+    constexpr double windowDa = 0.5;
+    constexpr std::int16_t smoothes = 2;
+    constexpr std::int16_t remainingPercent = 5;
+    constexpr std::int16_t peaksWanted = 2;
+    constexpr double exclusionToleranceDa = 5.0;
+    constexpr std::int16_t parentAreaPercentLimit = 10;
+
+    Findings findings;
+    Explore(strVeskFilePath, [&](clsExplore& explore) {
+        explore.Chrom_LoadXIC(secondPrecursor_, secondPrecursor_ + windowDa);
+        explore.Chrom_SmoothGraph(smoothes);
+        findings.af2 = explore.Chrom_GetPercentMaxIntensityValue(remainingPercent, findings.af2Found);
+        if (findings.af2Found) {
+            const double steps = findings.af2 / static_cast<double>(rampStep_);
+            explore.Spectrum_LoadCycleDependentSpectrum(support::ToInt16(support::ToInt16(steps) + 1.0));
+            findings.thirdPrecursors =
+                explore.Spectrum_GetTopPeaks(peaksWanted, secondPrecursor_, exclusionToleranceDa,
+                                             parentAreaPercentLimit, findings.percentBelowThreshold);
+        } else {
+            findings.percentBelowThreshold = true;
+            explore.Spectrum_LoadSpectrum();
+        }
+        runState_.scans->Scan5_MS3_AddOneSpecData(explore.GetSpecDataObject());
+    });
+    return findings;
+}
+
+}  // namespace veltra

@@ -1,0 +1,230 @@
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <filesystem>
+#include <functional>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "cli/Commands.h"
+#include "support/Files.h"
+#include "support/modFileUtils.h"
+#include "tests/support_files/TempFolder.h"
+
+namespace {
+
+/// Collects text and tells what has come in at every flush.
+class FlushedBuffer : public std::stringbuf {
+  public:
+    std::function<void(const std::string& text)> onFlush;
+
+  protected:
+    int sync() override {
+        const std::string all = str();
+        if (onFlush) onFlush(all.substr(told_));
+        told_ = all.size();
+        return std::stringbuf::sync();
+    }
+
+  private:
+    std::size_t told_ = 0;
+};
+
+struct Ended {
+    int status = -1;
+    std::string out;
+    std::string err;
+};
+
+struct Terminal {
+    bool isTerminal = false;
+    std::string typed = {};
+    std::function<void(const std::string& text)> onFlush = {};
+};
+
+Ended RunProgram(const std::vector<std::string>& arguments, const Terminal& terminal = {}) {
+    std::vector<const char*> argv{"veltra-run"};
+    for (const auto& argument : arguments)
+        argv.push_back(argument.c_str());
+    FlushedBuffer outBuffer;
+    outBuffer.onFlush = terminal.onFlush;
+    std::ostream out(&outBuffer);
+    std::ostringstream err;
+    std::istringstream in(terminal.typed);
+    Ended ended;
+    ended.status = cli::RunCommandLine(static_cast<int>(argv.size()), argv.data(),
+                                       {out, err, in, terminal.isTerminal, terminal.isTerminal});
+    ended.out = outBuffer.str();
+    ended.err = err.str();
+    return ended;
+}
+
+const std::string banner =
+    "Simulated instrument: nothing here was measured (spraying caffeine [M+H]+ at m/z 195.088)\n";
+
+/// A project of caffeine, and what its files are to be changed to.
+struct Project {
+    Project() {
+        made = RunProgram({"--new-project", folder.Path(), "--compound", "caffeine"});
+        support::WriteIniString(settings, "Advanced Settings", "EPINum2ndPrec", "2");
+    }
+    Ended Start(const Terminal& terminal = {}) const { return RunProgram({"--settings", settings}, terminal); }
+
+    TempFolder folder;
+    std::string settings = folder.File("Veltra.ini");
+    std::string host = folder.File("Orvanel.ini");
+    Ended made;
+};
+
+TEST(CommandLine, RefusesWrongUsage) {
+    struct Case {
+        std::vector<std::string> arguments;
+        std::string message;
+    };
+    const TempFolder folder;
+    for (const auto& [arguments, message] :
+         {Case{{"--nonsense"}, "The following argument was not expected: --nonsense\n"},
+          Case{{"--new-project", folder.Path()}, "--new-project requires --compound\n"},
+          Case{{"--compound", "caffeine"}, "--compound requires --new-project\n"},
+          Case{{"--charge", "x", "--formula", "C"}, "Could not convert: --charge = x\n"},
+          Case{{"--settings", "/no/such/Veltra.ini"}, "--settings: File does not exist: /no/such/Veltra.ini\n"}}) {
+        const Ended ended = RunProgram(arguments);
+        EXPECT_EQ(ended.status, cli::wrongUsage);
+        EXPECT_EQ(ended.err, message + "Run with --help for more information.\n");
+        EXPECT_EQ(ended.out, "");
+    }
+}
+
+TEST(CommandLine, HelpsAndTellsItsVersion) {
+    const Ended help = RunProgram({"--help"});
+    EXPECT_EQ(help.status, cli::completed);
+    for (const char* text :
+         {"--settings FILE", "--host FILE", "--new-project DIR", "--list-compounds", "Exit status: 0"})
+        EXPECT_NE(help.out.find(text), std::string::npos) << text;
+    const Ended version = RunProgram({"--version"});
+    EXPECT_EQ(version.status, cli::completed);
+    EXPECT_EQ(version.out, "veltra-run 0.1.0\n");
+}
+
+TEST(CommandLine, ComputesTheMzOfAFormula) {
+    EXPECT_EQ(RunProgram({"--formula", "C", "--charge", "0"}).out, "12\n");
+    EXPECT_EQ(RunProgram({"--formula", "C", "--charge", "2"}).out, "7.0072825\n");
+    EXPECT_EQ(RunProgram({"--formula", "C", "--charge", "-1"}).out, "10.9927175\n");
+    EXPECT_EQ(RunProgram({"--formula", "C33H40N2O9", "--charge", "1"}).out.substr(0, 8), "609.2806");
+    const Ended refused = RunProgram({"--formula", "C6 H6"});
+    EXPECT_EQ(refused.status, cli::wrongUsage);
+    EXPECT_EQ(refused.err, "Veltra: Invalid <space> character found in formula\n");
+    EXPECT_EQ(refused.out, "");
+}
+
+TEST(CommandLine, ListsCompounds) {
+    const Ended ended = RunProgram({"--list-compounds"});
+    EXPECT_EQ(ended.status, cli::completed);
+    EXPECT_EQ(ended.out.substr(0, ended.out.find('\n')), "caffeine          195.088   [M+H]+     Caffeine");
+}
+
+TEST(NewProject, IsReadyToRunAndNeverOverwritten) {
+    const Project project;
+    EXPECT_EQ(project.made.status, cli::completed);
+    EXPECT_EQ(project.made.err, "");
+    EXPECT_EQ(support::ReadIniString(project.host, "Orvanel", "ClockFactor"), "0");
+
+    const Ended again = RunProgram({"--new-project", project.folder.Path(), "--compound", "caffeine"});
+    EXPECT_EQ(again.status, cli::wrongUsage);
+    EXPECT_EQ(again.err, "veltra-run: " + project.settings + " is there already: choose another folder or remove it\n");
+    const TempFolder other;
+    EXPECT_EQ(RunProgram({"--new-project", other.Path(), "--compound", "unobtainium"}).status, cli::wrongUsage);
+    EXPECT_FALSE(support::FileExists(other.File("Veltra.ini")));
+}
+
+TEST(RunOptimization, PrintsLogReportAndWhereTheFilesAre) {
+    const Project project;
+    const Ended ended = project.Start();
+    EXPECT_EQ(ended.status, cli::completed);
+    EXPECT_EQ(ended.err, banner + "Veltra: Optimization completed successfully!\n");
+    EXPECT_EQ(ended.out.substr(0, 30), "Initializing, please wait...\n[");
+    EXPECT_NE(ended.out.find("]   Optimized CEs for 2nd precursors:\n"), std::string::npos);
+    const std::string mark = "\nOutput folder: ";
+    const std::string folder = ended.out.substr(ended.out.rfind(mark) + mark.size());
+    EXPECT_TRUE(support::FileExists(folder.substr(0, folder.size() - 1) + "Results.txt")) << folder;
+    std::string report = support::ReadWholeFile(folder.substr(0, folder.size() - 1) + "Results.txt");
+    std::erase(report, '\r');
+    EXPECT_NE(ended.out.find("\n" + report + "\n\nOutput folder: "), std::string::npos);
+}
+
+TEST(RunOptimization, DoesNotStartWithoutWhatItNeeds) {
+    struct Case {
+        std::string file;
+        std::string section, key, value;
+        std::string message;
+    };
+    const std::string notRunning = "Veltra: You must start Orvanel before running the optimization\n";
+    for (const auto& [file, section, key, value, message] :
+         {Case{"Veltra.ini", "Veltra", "ExpectedMZ", "14",
+               banner + "Veltra: m/z must be greater than or equal to 15, please update the Settings\n"},
+          Case{"Orvanel.ini", "Orvanel", "Running", "0", notRunning},
+          Case{"Orvanel.ini", "Orvanel", "ModelCode", "99",
+               banner + "Veltra: This script only works on Linear Ion Trap instruments\n"}}) {
+        SCOPED_TRACE(key);
+        const Project project;
+        support::WriteIniString(project.folder.File(file), section, key, value);
+        const Ended ended = project.Start();
+        EXPECT_EQ(ended.status, cli::notStarted);
+        EXPECT_NE(ended.err.find(message), std::string::npos) << ended.err;
+    }
+    const Project project;
+    support::RemoveFileIfThere(project.host);
+    const Ended withoutHost = project.Start();
+    EXPECT_EQ(withoutHost.status, cli::notStarted);
+    EXPECT_NE(withoutHost.err.find(notRunning), std::string::npos) << withoutHost.err;
+    EXPECT_EQ(withoutHost.out,
+              "Initializing, please wait...\nInitialization unsuccessful!\n\n* Select [Settings] button to modify the "
+              "current settings\n* Select [Advanced] button in Settings to modify the advanced settings\n");
+
+    support::WriteWholeFile(project.host, "[Orvanel]\r\nClockFactor=fast\r\n");
+    const Ended damaged = project.Start();
+    EXPECT_EQ(damaged.status, cli::notStarted);
+    EXPECT_EQ(damaged.err.find("veltra-run: " + project.host), 0U) << damaged.err;
+}
+
+/// The signals of an impatient user: the run ends in order, with its report.
+TEST(RunOptimization, AbortsInOrderOnSignals) {
+    for (const int signal : {SIGINT, SIGTERM}) {
+        const Project project;
+        const Ended ended = project.Start({.onFlush = [signal](const std::string& text) {
+            if (text.find("--> EPI") == std::string::npos) return;
+            std::raise(signal);
+            std::raise(signal);
+        }});
+        EXPECT_EQ(ended.status, cli::abortedOrFailed);
+        EXPECT_EQ(ended.err, banner + "Veltra: Are you sure you want to abort the optimization? Yes\n" +
+                                 "Veltra: Optimization was aborted!\n");
+        EXPECT_NE(ended.out.find("]   Optimization aborted!\n"), std::string::npos);
+        EXPECT_NE(ended.out.find("\nOptimization was aborted!\n"), std::string::npos);
+        EXPECT_EQ(ended.out.find("--> MRM"), std::string::npos);
+    }
+}
+
+TEST(RunOptimization, ShowsProgressOnATerminalOnly) {
+    const Project project;
+    const Ended ended = project.Start({.isTerminal = true});
+    EXPECT_EQ(ended.status, cli::completed);
+    EXPECT_NE(ended.err.find("\r\033[KExpected batch time: "), std::string::npos);
+    EXPECT_NE(ended.err.find("(2 of 2) Expected batch time: "), std::string::npos);
+    EXPECT_NE(ended.err.find("[##############################] 100 %"), std::string::npos);
+    EXPECT_EQ(ended.out.find('\033'), std::string::npos);
+}
+
+TEST(RunOptimization, AsksForADataFolderThatItCannotFind) {
+    const Project project;
+    const std::string projects = project.folder.File("Projects/caffeine");
+    support::CreateFolders(projects + "/Sub/Data");
+    std::filesystem::remove(projects + "/Data");
+    const Ended ended = project.Start({.isTerminal = true, .typed = "9\n"});
+    EXPECT_EQ(ended.status, cli::notStarted);
+    EXPECT_NE(ended.err.find("Please select location of Data folder:\n" + projects + "/\n"), std::string::npos);
+    EXPECT_NE(ended.err.find("Veltra: Unable to locate Data folder\n"), std::string::npos);
+}
+
+}  // namespace

@@ -1,0 +1,440 @@
+#include "host/clsAcquire.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <functional>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "host/InstrumentModels.h"
+#include "tests/support_files/RunBench.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::ElementsAreArray;
+using veltra::clsAcquire;
+using Calls = std::vector<std::string>;
+using StepFunction = std::function<void(clsAcquire&)>;
+
+const std::string newPath = "/p/New.xmt";
+
+/// A builder that has loaded the starter method.
+class LoadedBench : public RunBench {
+  public:
+    void Load() {
+        acquire.Step1_Load(starterPath);
+        EXPECT_EQ(acquire.ErrorDescription(), "");
+        calls.Forget();
+    }
+    FakeMethod Saved() {
+        acquire.Step5_SaveAsNewMethod(newPath);
+        EXPECT_EQ(acquire.ErrorDescription(), "");
+        return fake.store.methods[newPath];
+    }
+    clsAcquire acquire{run};
+};
+
+const StepFunction everyStep = [](clsAcquire& acquire) {
+    std::int32_t index = 0;
+    acquire.Step1_Load(RunBench::starterPath);
+    acquire.Step2_InitializeMethod(12, 3);
+    acquire.Step3a_SetMassRange(1, 2, 3, index);
+    acquire.Step3b_SetEPIProductOf(1);
+    acquire.Step3c_SetMS3Precursors(1, 2);
+    acquire.Step4a_SetScanRate(1);
+    acquire.Step4b_SetDwellTime(1);
+    acquire.Step4c_SetCompoundParam("DP", 1);
+    acquire.Step4d_SetRampingParamAndNumCycles("DP", 0, 1, 1);
+    acquire.Step4e_SetSourceGasParams("CUR", 1);
+    acquire.Step4f_SetFillTime(true, true, 1);
+    acquire.Step4g_SetNumOfCycles(1);
+    acquire.Step5_SaveAsNewMethod(newPath);
+    acquire.OptimizeMassRange();
+    acquire.UpdateInitialCompoundParams();
+    EXPECT_EQ(acquire.GetExpectedDuration(), 0);
+};
+
+TEST(clsAcquire, LoadFindsTheFirstMassSpecMethodAndLooksAtModesOfThreeModelsOnly) {
+    const Calls load{"HostOpenMethod(\"/p/Starter.xmt\")",
+                     "HostEnumDeviceMethods(0)",
+                     "IsMassSpecMethod()",
+                     "HostEnumDeviceMethods(1)",
+                     "IsMassSpecMethod()",
+                     "AsMassSpecMethod()",
+                     "HostGetPeriod(0)",
+                     "HostGetExperiment(0)",
+                     "HostGetExtendedExperiment(0)"};
+    const std::string mismatch =
+        "Acquire: The loaded method does not match the current mass spectrometer operating mode.";
+    for (const int code : {14, 22, 24, 26, 27, 29, 31, 33, 0}) {
+        for (const int currentMode : {1, 2}) {
+            SCOPED_TRACE(code * 10 + currentMode);
+            RunBench bench;
+            bench.fake.store.methods[RunBench::starterPath].devicesAreMassSpec = {false, true, true};
+            bench.fake.store.currentOperatingMode = currentMode;
+            bench.run.InstrumentModelCode = code;
+            const bool checks = code == 26 || code == 29 || code == 31;
+            clsAcquire acquire(bench.run);
+            EXPECT_THAT(bench.calls.Operations(), ElementsAre("GetAcquisitionService()"));
+            bench.calls.Forget();
+            acquire.Step1_Load(RunBench::starterPath);
+            Calls expected = load;
+            if (checks)
+                expected.insert(expected.end(), {"HostGetMethodOperatingMode()", "HostGetCurrentOperatingMode()"});
+            EXPECT_EQ(bench.calls.Operations(), expected);
+            EXPECT_EQ(acquire.ErrorOccurred(), checks && currentMode == 2);
+            EXPECT_EQ(acquire.ErrorDescription(), checks && currentMode == 2 ? mismatch : "");
+        }
+    }
+}
+
+TEST(clsAcquire, StepsMakeTheseCallsInThisOrder) {
+    struct Case {
+        const char* name;
+        StepFunction step;
+        Calls calls;
+    };
+    const Calls secondRangesTable{"HostGetMassRange(1)", "HostGetParameterTable()"};
+    const Case cases[] = {
+        {"2 of an ER scan",
+         [](auto& a) { a.Step2_InitializeMethod(12, 3); },
+         {"HostSetScanType(12)", "HostResetExperiment()", "HostSetScansToSum(3)", "HostSetPolarity(0)",
+          "HostSetQ1Resolution(3)", "HostResetPeriodParameters()"}},
+        {"2 of another scan",
+         [](auto& a) { a.Step2_InitializeMethod(13, 1); },
+         {"HostSetScanType(13)", "HostResetExperiment()", "HostSetScansToSum(1)", "HostSetPolarity(0)",
+          "HostSetQ1Resolution(2)", "HostResetPeriodParameters()"}},
+        {"3a",
+         [](auto& a) {
+             std::int32_t index = 0;
+             a.Step3a_SetMassRange(594.3, 624.3, 0.06, index);
+             EXPECT_EQ(index, 2);
+         },
+         {"HostGetMassRangeCount()", "HostAddMassRange()", "HostGetMassRange(2)",
+          "HostSetMassRange(594.3, 624.3, 0.06)"}},
+        {"3b", [](auto& a) { a.Step3b_SetEPIProductOf(609.281); }, {"HostSetFirstPrecursor(609.281)"}},
+        {"3c",
+         [](auto& a) { a.Step3c_SetMS3Precursors(609.281, 195.065); },
+         {"HostSetFirstPrecursor(609.281)", "HostSetSecondPrecursor(195.065)"}},
+        {"4a", [](auto& a) { a.Step4a_SetScanRate(1000); }, {"HostSetScanRate(1000)"}},
+        {"4b",
+         [](auto& a) { a.Step4b_SetDwellTime(0.06); },
+         {"HostGetMassRangeCount()", "HostGetMassRangeCount()", "HostGetMassRange(0)", "HostSetDwellTime(0.06)",
+          "HostGetMassRange(1)", "HostSetDwellTime(0.06)"}},
+        {"4c; the second range has no CE",
+         [](auto& a) { a.Step4c_SetCompoundParam("CE", 12.5F); },
+         {"HostGetMassRangeCount()", "HostGetMassRange(0)", "HostGetParameterTable()", "HostFindParameter(\"CE\")",
+          "HostSetParameterValue(3, 12.5)", secondRangesTable[0], secondRangesTable[1], "HostFindParameter(\"CE\")"}},
+        {"4d",
+         [](auto& a) { a.Step4d_SetRampingParamAndNumCycles("DP", 20, 150, 2); },
+         {"HostSetRampParameter(\"DP\", 20, 150, 2)", "HostSetCycles(66)"}},
+        {"4e",
+         [](auto& a) { a.Step4e_SetSourceGasParams("GS1", -40); },
+         {"HostGetSourceGasTable()", "HostFindParameter(\"GS1\")", "HostSetParameterValue(1, -40)"}},
+        {"4f dynamic",
+         [](auto& a) { a.Step4f_SetFillTime(true, false, 20); },
+         {"HostSetFixedFillTime(20)", "HostSetQ0Trapping(0)", "HostSetDynamicFillTime(1)"}},
+        {"4f fixed",
+         [](auto& a) { a.Step4f_SetFillTime(false, true, 0.5); },
+         {"HostSetFixedFillTime(0.5)", "HostSetQ0Trapping(1)", "HostSetDynamicFillTime(0)"}},
+        {"4g", [](auto& a) { a.Step4g_SetNumOfCycles(70000); }, {"HostSetCycles(70000)"}},
+        {"5", [](auto& a) { a.Step5_SaveAsNewMethod(newPath); }, {"HostSaveMethodAs(\"/p/New.xmt\", true)"}},
+        {"optimise", [](auto& a) { a.OptimizeMassRange(); }, {"HostOptimizeMassRange()"}},
+        {"duration", [](auto& a) { EXPECT_EQ(a.GetExpectedDuration(), 60000); }, {"HostGetExpectedDuration()"}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        LoadedBench bench;
+        bench.settings.Q1Resolution = 2;
+        bench.fake.store.methods[RunBench::starterPath].ranges.push_back({1, 2, 3, 4, {{"DP", 1.0F}}});
+        bench.Load();
+        c.step(bench.acquire);
+        EXPECT_THAT(bench.calls.Operations(), ElementsAreArray(c.calls));
+        EXPECT_EQ(bench.acquire.ErrorDescription(), "");
+    }
+}
+
+TEST(clsAcquire, NegativePolarityTurnsSignsExceptOfAF2AndOfTheFixedCES) {
+    struct Case {
+        int polarity;
+        std::string id;
+        float given, written;
+        FakeMethod::Ramp ramp;  // of 20 to 150 in steps of 2
+    };
+    const Case cases[] = {
+        {0, "CE", 35, 35, {"CE", 20, 150, 2}},     {0, "CE", -35, -35, {"CE", 20, 150, 2}},
+        {1, "CE", 35, -35, {"CE", -150, -20, 2}},  {1, "CE", -35, -35, {"CE", -150, -20, 2}},
+        {1, "DP", 0, 0, {"DP", -150, -20, 2}},     {1, "AF2", 0.1F, 0.1F, {"AF2", 20, 150, 2}},
+        {1, "CES", 15, 15, {"CES", -150, -20, 2}}, {1, "CEP", 15.5F, -15.5F, {"CEP", -150, -20, 2}},
+        {1, "EP", 10, -10, {"EP", -150, -20, 2}},  {0, "AF2", -0.1F, -0.1F, {"AF2", 20, 150, 2}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.id + (c.polarity == 1 ? " negative " : " positive ") + std::to_string(c.given));
+        LoadedBench bench;
+        bench.settings.Polarity = c.polarity;
+        bench.Load();
+        bench.acquire.Step4c_SetCompoundParam(c.id, c.given);
+        bench.acquire.Step4d_SetRampingParamAndNumCycles(c.id, 20, 150, 2);
+        const FakeMethod saved = bench.Saved();
+        const float written = saved.ranges[0].Value(c.id);
+        EXPECT_EQ(written, c.written);
+        EXPECT_EQ(std::signbit(written), c.written < 0);
+        EXPECT_EQ(saved.ramp, c.ramp);
+        EXPECT_EQ(saved.cycles, 66);
+    }
+}
+
+TEST(clsAcquire, CyclesAreTheStepsInSinglePrecisionHalfToEvenPlusOne) {
+    struct Case {
+        float start, stop, step;
+        std::int32_t cycles;
+    };
+    for (const auto& c :
+         {Case{20, 150, 2, 66}, Case{0, 0.4F, 0.01F, 41}, Case{0, 0.35F, 0.01F, 36}, Case{0, 100, 5, 21},
+          Case{0, 5, 2, 3}, Case{0, 7, 2, 5}, Case{-150, -20, 2, 66}, Case{100, 20, -5, -15}, Case{5, 5, 1, 1}}) {
+        SCOPED_TRACE(c.stop);
+        LoadedBench bench;
+        bench.Load();
+        bench.acquire.Step4d_SetRampingParamAndNumCycles("AF2", c.start, c.stop, c.step);
+        EXPECT_EQ(bench.Saved().cycles, c.cycles);
+    }
+}
+
+TEST(clsAcquire, ARampWithoutAStepFailsBeforeCyclesAreSet) {
+    LoadedBench bench;
+    bench.Load();
+    bench.acquire.Step4d_SetRampingParamAndNumCycles("DP", 20, 150, 0);
+    EXPECT_EQ(
+        bench.acquire.ErrorDescription(),
+        "Acquire: Error during setting of DP ramping parameter to 20 start, 150 stop, 0 step (Error 6: Overflow).");
+    EXPECT_EQ(bench.calls.CountOf("HostSetCycles"), 0);
+}
+
+TEST(clsAcquire, AMissingMassRangeIsAddedForDwellTimesAndInitialValuesOnly) {
+    LoadedBench bench;
+    bench.fake.store.methods[RunBench::starterPath].ranges.clear();
+    bench.Load();
+    bench.acquire.Step4c_SetCompoundParam("CE", 1);
+    EXPECT_TRUE(bench.Saved().ranges.empty());
+    bench.acquire.Step4b_SetDwellTime(25);
+    ASSERT_EQ(bench.Saved().ranges.size(), 1U);
+    EXPECT_EQ(bench.Saved().ranges[0].dwellTimeMs, 25);
+    EXPECT_EQ(bench.calls.CountOf("HostAddMassRange"), 1);
+
+    LoadedBench other;
+    other.fake.store.methods[RunBench::starterPath].ranges.clear();
+    other.Load();
+    other.acquire.UpdateInitialCompoundParams();
+    EXPECT_EQ(other.run.results->DP.Initial, 50.0F);
+    EXPECT_EQ(other.calls.CountOf("HostAddMassRange"), 1);
+}
+
+TEST(clsAcquire, InitialCompoundParamsGoToInitialAndCurrentInBothPolarities) {
+    for (const int polarity : {0, 1}) {
+        LoadedBench bench;
+        bench.settings.Polarity = polarity;
+        auto& ranges = bench.fake.store.methods[RunBench::starterPath].ranges;
+        ranges[0].parameters = {{"XYZ", 99.0F},  {"CE", 35.0F}, {"DP", -50.0F},
+                                {"AF2", 0.125F}, {"CES", 5.0F}, {"EP", 0.0F}};
+        ranges.push_back({1, 2, 3, 4, {{"DP", 7.0F}}});
+        bench.run.results->CEP = {1.5F, 2.5F};
+        bench.Load();
+        bench.acquire.UpdateInitialCompoundParams();
+        EXPECT_EQ(bench.acquire.ErrorDescription(), "");
+        const auto& results = *bench.run.results;
+        EXPECT_EQ(results.CE.Initial, polarity == 1 ? -35.0F : 35.0F);
+        EXPECT_EQ(results.DP.Initial, -50.0F);
+        EXPECT_EQ(results.AF2.Initial, 0.125F);
+        for (const auto* param : {&results.DP, &results.EP, &results.CE, &results.AF2})
+            EXPECT_EQ(param->Current, param->Initial);
+        EXPECT_FALSE(std::signbit(results.EP.Initial));
+        EXPECT_EQ(results.CEP.Current, 1.5F) << "not in the table, so left alone";
+        EXPECT_EQ(results.CEP.Initial, 2.5F);
+    }
+}
+
+TEST(clsAcquire, EveryFailureIsToldWithTheCallersValuesAndLeavesTheObjectInert) {
+    struct Case {
+        StepFunction step;
+        std::vector<std::string> operations;  // that can fail in it
+        std::string message;
+    };
+    const Case cases[] = {
+        {[](auto& a) { a.Step1_Load(RunBench::starterPath); },
+         {"HostEnumDeviceMethods", "IsMassSpecMethod", "AsMassSpecMethod"},
+         "Acquire: Error during getting of mass spec method"},
+        {[](auto& a) { a.Step1_Load(RunBench::starterPath); },
+         {"HostGetPeriod", "HostGetExperiment", "HostGetExtendedExperiment", "HostGetMethodOperatingMode",
+          "HostGetCurrentOperatingMode"},
+         "Acquire: Error loading /p/Starter.xmt"},
+        {[](auto& a) { a.Step2_InitializeMethod(11, 3); },
+         {"HostSetScanType", "HostResetExperiment", "HostSetScansToSum", "HostSetPolarity", "HostSetQ1Resolution",
+          "HostResetPeriodParameters"},
+         "Acquire: Error during method initialization"},
+        {[](auto& a) {
+             std::int32_t index = 0;
+             a.Step3a_SetMassRange(594.3, 1e15, 0.06, index);
+         },
+         {"HostGetMassRangeCount", "HostAddMassRange", "HostGetMassRange", "HostSetMassRange"},
+         "Acquire: Error during setting of mass range to 594.3 start, 1E+15 stop, 0.06 step"},
+        {[](auto& a) { a.Step3b_SetEPIProductOf(609.2812); },
+         {"HostSetFirstPrecursor"},
+         "Acquire: Error during setting EPI Product Of to 609.2812 Da"},
+        {[](auto& a) { a.Step3c_SetMS3Precursors(609.25, 195.1); },
+         {"HostSetFirstPrecursor", "HostSetSecondPrecursor"},
+         "Acquire: Error during setting of MS/MS/MS precursors to 609.25 Da and 195.1 Da"},
+        {[](auto& a) { a.Step4a_SetScanRate(250.5); },
+         {"HostSetScanRate"},
+         "Acquire: Error during setting of scan rate to 250.5 Da/s"},
+        {[](auto& a) { a.Step4b_SetDwellTime(0.06 / 1000 * 1000); },
+         {"HostGetMassRangeCount", "HostGetMassRange", "HostSetDwellTime"},
+         "Acquire: Error during setting of dwell time to 0.06 msec"},
+        {[](auto& a) { a.Step4c_SetCompoundParam("CE", 35.1F); },
+         {"HostGetMassRangeCount", "HostGetMassRange", "HostGetParameterTable", "HostFindParameter",
+          "HostSetParameterValue"},
+         "Acquire: Error during setting of CE to 35.1"},
+        {[](auto& a) { a.Step4d_SetRampingParamAndNumCycles("DP", 20, 150, 2.5F); },
+         {"HostSetRampParameter"},
+         "Acquire: Error during setting of DP ramping parameter to 20 start, 150 stop, 2.5 step"},
+        {[](auto& a) { a.Step4d_SetRampingParamAndNumCycles("DP", 20, 150, 2); },
+         {"HostSetCycles"},
+         "Acquire: Error setting the number of cycles to 66"},
+        {[](auto& a) { a.Step4e_SetSourceGasParams("CUR", 20.5F); },
+         {"HostGetSourceGasTable", "HostFindParameter", "HostSetParameterValue"},
+         "Acquire: Error during setting of CUR Source/Gas parameter to 20.5"},
+        {[](auto& a) { a.Step4f_SetFillTime(false, true, 20); },
+         {"HostSetFixedFillTime", "HostSetQ0Trapping", "HostSetDynamicFillTime"},
+         "Acquire: Error during setting of fill time"},
+        {[](auto& a) { a.Step4g_SetNumOfCycles(20); },
+         {"HostSetCycles"},
+         "Acquire: Error setting the number of cycles to 20"},
+        {[](auto& a) { a.Step5_SaveAsNewMethod(newPath); },
+         {"HostSaveMethodAs"},
+         "Acquire: Error during saving of /p/New.xmt"},
+        {[](auto& a) { a.OptimizeMassRange(); },
+         {"HostOptimizeMassRange"},
+         "Acquire: Error during optimization of mass range"},
+        {[](auto& a) { EXPECT_EQ(a.GetExpectedDuration(), 0); },
+         {"HostGetExpectedDuration"},
+         "Acquire: Error getting the expected duration"},
+        {[](auto& a) { a.UpdateInitialCompoundParams(); },
+         {"HostGetMassRangeCount", "HostGetMassRange", "HostGetParameterTable", "HostGetParameterCount",
+          "HostGetParameterId", "HostGetParameterValue"},
+         "Acquire: Error during updating of initial compound parameters"},
+    };
+    for (const auto& c : cases) {
+        for (const auto& operation : c.operations) {
+            SCOPED_TRACE(c.message + " by " + operation);
+            LoadedBench bench;
+            bench.settings.Polarity = 1;
+            bench.run.InstrumentModelCode = 26;
+            bench.Load();
+            bench.calls.Fail(operation, RunBench::hostError);
+            c.step(bench.acquire);
+            EXPECT_EQ(bench.calls.FiredCount(), 1);
+            EXPECT_TRUE(bench.acquire.ErrorOccurred());
+            EXPECT_EQ(bench.acquire.ErrorDescription(), c.message + RunBench::errorSuffix);
+            EXPECT_EQ(bench.calls.Operations().back().substr(0, operation.size()), operation) << "nothing after it";
+
+            bench.calls.Forget();
+            everyStep(bench.acquire);
+            EXPECT_THAT(bench.calls.Operations(), ElementsAre());
+            EXPECT_EQ(bench.acquire.ErrorDescription(), c.message + RunBench::errorSuffix);
+            EXPECT_FALSE(bench.fake.store.methods.contains(newPath));
+        }
+    }
+}
+
+TEST(clsAcquire, AMethodThatCannotBeOpenedIsAnInvalidMethodWhateverTheReason) {
+    const std::string message = "Acquire: Error loading /p/Starter.xmt.  Invalid acquisition method.";
+    const std::vector<std::function<void(RunBench&)>> reasons{
+        [](RunBench& bench) { bench.calls.Fail("HostOpenMethod", RunBench::hostError); },
+        [](RunBench& bench) { bench.calls.Fail("HostOpenMethod", std::runtime_error("lost")); },
+        [](RunBench& bench) { bench.calls.Fail("GetAcquisitionService", RunBench::hostError); },
+        [](RunBench& bench) { bench.run.hostApplication.reset(); },
+    };
+    for (std::size_t i = 0; i < reasons.size(); ++i) {
+        SCOPED_TRACE(i);
+        RunBench bench;
+        reasons[i](bench);
+        clsAcquire acquire(bench.run);
+        EXPECT_FALSE(acquire.ErrorOccurred()) << "creation itself tells nothing";
+        acquire.Step1_Load(RunBench::starterPath);
+        EXPECT_EQ(acquire.ErrorDescription(), message);
+        EXPECT_EQ(bench.calls.CountOf("HostEnumDeviceMethods"), 0);
+    }
+}
+
+TEST(clsAcquire, AMethodWithoutMassSpecMethodFailsAndDisablesAllSteps) {
+    for (const auto& devices : {std::vector<bool>{}, std::vector<bool>{false, false}}) {
+        RunBench bench;
+        bench.fake.store.methods[RunBench::starterPath].devicesAreMassSpec = devices;
+        clsAcquire acquire(bench.run);
+        acquire.Step1_Load(RunBench::starterPath);
+        EXPECT_EQ(acquire.ErrorDescription(),
+                  "Acquire: The method doesn't contain a mass spec method.  Method or hardware configuration invalid.");
+        bench.calls.Forget();
+        everyStep(acquire);
+        EXPECT_THAT(bench.calls.Operations(), ElementsAre());
+    }
+}
+
+TEST(clsAcquire, AStepBeforeAnyLoadIsAnErrorToo) {
+    RunBench bench;
+    clsAcquire acquire(bench.run);
+    acquire.Step4a_SetScanRate(1000);
+    EXPECT_EQ(acquire.ErrorDescription(),
+              "Acquire: Error during setting of scan rate to 1000 Da/s (Error 91: Object variable or With block "
+              "variable not set).");
+}
+
+TEST(clsAcquire, LoadingAgainEditsTheOtherMethodAndReleasesTheFirst) {
+    LoadedBench bench;
+    bench.fake.store.methods["/p/Other.xmt"].ranges.clear();
+    bench.Load();
+    bench.acquire.Step4a_SetScanRate(77);
+    bench.calls.Forget();
+    bench.acquire.Step1_Load("/p/Other.xmt");
+    EXPECT_THAT(bench.calls.Only({"~ExtendedExperiment", "~Experiment", "~Period", "~MassSpecMethod",
+                                  "~AcquisitionMethod", "HostOpenMethod"}),
+                ElementsAre("~ExtendedExperiment", "~Experiment", "~Period", "~MassSpecMethod", "~AcquisitionMethod",
+                            "HostOpenMethod(\"/p/Other.xmt\")"));
+    EXPECT_EQ(bench.Saved().scanRate, 0);
+    EXPECT_TRUE(bench.Saved().ranges.empty());
+}
+
+TEST(clsAcquire, TheExcitationTimeIsSetOnSixModelsEvenThoughTheObjectHasFailed) {
+    for (const int code : {0, 14, 22, 24, 26, 27, 29, 31, 33, 34}) {
+        SCOPED_TRACE(code);
+        LoadedBench bench;
+        bench.run.InstrumentModelCode = code;
+        bench.Load();
+        bench.acquire.ErrorOccurred(true);
+        bench.acquire.SetExcitationTimeForDasmyrSeries();
+        const bool isSet = code >= 22 && code != 27 && code != 34;
+        EXPECT_EQ(bench.calls.Operations(), isSet ? Calls{"HostSetExcitationTime(25)"} : Calls{});
+        EXPECT_EQ(veltra::IsDasmyrSeries(code), isSet);
+        EXPECT_EQ(veltra::SupportsEPAndCEP(code), !isSet && code != 14);
+
+        RunBench other;
+        other.run.InstrumentModelCode = code;
+        clsAcquire failed(other.run);
+        failed.Step1_Load("/p/none.xmt");
+        if (isSet)
+            EXPECT_THROW(failed.SetExcitationTimeForDasmyrSeries(), std::exception);
+        else
+            EXPECT_NO_THROW(failed.SetExcitationTimeForDasmyrSeries());
+        EXPECT_EQ(failed.ErrorDescription(), "Acquire: Error loading /p/none.xmt.  Invalid acquisition method.");
+
+        bench.calls.Fail("HostSetExcitationTime", RunBench::hostError);
+        if (isSet) {
+            EXPECT_THROW(bench.acquire.SetExcitationTimeForDasmyrSeries(), ports::HostError);
+        }
+    }
+}
+
+}  // namespace

@@ -1,0 +1,243 @@
+#include "host/clsQueue.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "tests/support_files/RunBench.h"
+
+namespace {
+
+using testing::ElementsAre;
+using veltra::clsQueue;
+
+using Statuses = std::vector<std::optional<std::string>>;
+
+const std::string timeOut =
+    "Queue: The program timed out.  Please Exit program, equilibrate system with Acquisition Method and restart.";
+
+TEST(clsQueue, StartQueueMakesTheseCallsAndIgnoresAFailedReset) {
+    for (const bool resetFails : {false, true}) {
+        RunBench bench;
+        if (resetFails) bench.calls.Fail("HostQueueReset", RunBench::hostError);
+        clsQueue queue(bench.run);
+        bench.JoinDisplayWithHostCalls();
+        queue.StartQueue();
+        EXPECT_EQ(queue.ErrorDescription(), "");
+        EXPECT_THAT(bench.calls.Operations(),
+                    ElementsAre("HostQueueServer()", "HostQueuePrepare()", "HostQueueReset()", "HostQueueEnable()",
+                                "CreatePause()", "ProcessPendingEvents()", "HostSleep(1000)", "ProcessPendingEvents()",
+                                "HostQueueRun()"));
+        EXPECT_EQ(bench.calls.FiredCount(), resetFails ? 1 : 0);
+    }
+}
+
+TEST(clsQueue, StartQueueTellsOfEveryOtherFailureAndRunsEvenWhenTheObjectHasFailed) {
+    for (const std::string operation :
+         {"HostQueueServer", "HostQueuePrepare", "HostQueueEnable", "CreatePause", "HostSleep", "HostQueueRun"}) {
+        SCOPED_TRACE(operation);
+        RunBench bench;
+        bench.calls.Fail(operation, RunBench::hostError);
+        clsQueue queue(bench.run);
+        EXPECT_FALSE(queue.ErrorOccurred());
+        queue.StartQueue();
+        EXPECT_TRUE(queue.ErrorOccurred());
+        EXPECT_EQ(queue.ErrorDescription(), "Queue: Error starting Queue" + RunBench::errorSuffix);
+        EXPECT_EQ(bench.calls.Operations().back().substr(0, operation.size()), operation) << "nothing after it";
+        if (operation == "HostQueueServer") continue;
+        bench.calls.Forget();
+        queue.StartQueue();
+        EXPECT_EQ(bench.calls.CountOf("HostQueueRun"), 1);
+    }
+}
+
+TEST(clsQueue, TheWaitFollowsTheStatusValue) {
+    struct Case {
+        Statuses statuses;
+        int sleeps;           // of 100 ms
+        int progressUpdates;  // -1: never announced
+    };
+    const std::vector<Case> cases{
+        {{"4"}, 1, -1},
+        {{"6"}, 1, -1},
+        {{"7"}, 1, -1},
+        {{"0"}, 1, -1},
+        {{"1"}, 1, -1},
+        {{"5"}, 1, -1},
+        {{"8"}, 1, -1},
+        {{"-3"}, 1, -1},
+        {{std::nullopt}, 1, -1},
+        {{"busy"}, 1, -1},
+        {{"40000"}, 1, -1},
+        {{"2", "4"}, 2, -1},
+        {{"2", "2", "6"}, 3, -1},
+        {{"3", "4"}, 2, 1},
+        {{"2", "3", "3", "7"}, 4, 2},
+        {{"3", "2", "3", "4"}, 4, 3},                               // announced once, then counted on
+        {{"2", "0", "5", std::nullopt, "x", "3", "1", "4"}, 8, 2},  // anything later is waited through
+    };
+    for (std::size_t i = 0; i < cases.size(); ++i) {
+        SCOPED_TRACE(i);
+        const auto& c = cases[i];
+        RunBench bench;
+        bench.fake.queueStatuses = c.statuses;
+        clsQueue queue(bench.run);
+        queue.WaitForQueueComplete(60000);
+        EXPECT_EQ(queue.ErrorDescription(), "");
+        EXPECT_FALSE(bench.run.AbortRequested);
+        EXPECT_EQ(bench.calls.Only({"HostSleep"}),
+                  std::vector<std::string>(static_cast<std::size_t>(c.sleeps), "HostSleep(100)"));
+        EXPECT_EQ(bench.display.pumps, 2 * c.sleeps);
+        std::vector<std::string> expected;
+        if (c.progressUpdates >= 0) {
+            expected = {"MessageUpdate(Expected batch time: 60 sec)", "ProgressBarStart(60000)"};
+            expected.insert(expected.end(), static_cast<std::size_t>(c.progressUpdates), "ProgressBarUpdate(100)");
+            expected.push_back("ProgressBarEnd()");
+        }
+        EXPECT_EQ(bench.display.calls, expected);
+    }
+}
+
+TEST(clsQueue, OnePollIsAnnouncedPausedAndReadInThisOrder) {
+    RunBench bench;
+    bench.fake.queueStatuses = {"3", "4"};
+    bench.JoinDisplayWithHostCalls();
+    clsQueue queue(bench.run);
+    bench.calls.Forget();
+    queue.WaitForQueueComplete(1234.5678);
+    const std::string read = "RegRead(\"" + std::string(FakeHost::statusPath) + "\")";
+    EXPECT_THAT(bench.calls.Operations(),
+                ElementsAre(read, "CreatePause()", "ProcessPendingEvents()", "HostSleep(100)", "ProcessPendingEvents()",
+                            "MessageUpdate(Expected batch time: 1.235 sec)", "ProgressBarStart(1234.5678)",
+                            "CreatePause()", "ProcessPendingEvents()", "HostSleep(100)", "ProcessPendingEvents()",
+                            "ProgressBarUpdate(100)", read, "ProgressBarEnd()"));
+}
+
+TEST(clsQueue, TheExpectedTimeIsShownInSecondsWithThreeDecimalsHalfToEven) {
+    struct Case {
+        double expectedMs;
+        const char* seconds;
+    };
+    for (const auto& c : {Case{60000, "60"}, Case{12345.6, "12.346"}, Case{62.5, "0.062"}, Case{187.5, "0.188"},
+                          Case{0, "0"}, Case{500, "0.5"}}) {
+        RunBench bench;
+        bench.fake.queueStatuses = {"3", "4"};
+        clsQueue queue(bench.run);
+        queue.WaitForQueueComplete(c.expectedMs);
+        ASSERT_FALSE(bench.display.calls.empty());
+        EXPECT_EQ(bench.display.calls[0], std::string("MessageUpdate(Expected batch time: ") + c.seconds + " sec)");
+    }
+}
+
+TEST(clsQueue, TheWaitEndsAfterTheExpectedTimePlusTwoMinutes) {
+    struct Case {
+        const char* status;
+        double expectedMs;
+        int polls;
+    };
+    for (const auto& c : {Case{"2", 60000, 1800}, Case{"3", 60000, 1800}, Case{"2", 0, 1200}, Case{"2", 149.9, 1201},
+                          Case{"2", 250, 1202}, Case{"2", 350, 1204}}) {
+        SCOPED_TRACE(c.expectedMs);
+        RunBench bench;
+        bench.fake.queueStatuses = {c.status};
+        clsQueue queue(bench.run);
+        queue.WaitForQueueComplete(c.expectedMs);
+        EXPECT_TRUE(queue.ErrorOccurred());
+        EXPECT_EQ(queue.ErrorDescription(), timeOut);
+        EXPECT_EQ(bench.calls.CountOf("HostSleep"), c.polls + 1);
+        EXPECT_EQ(bench.calls.CountOf("RegRead"), c.polls) << "none behind the last poll";
+        const bool announced = *c.status == '3';
+        EXPECT_EQ(bench.display.calls.size(), announced ? static_cast<std::size_t>(c.polls) + 3 : 0);
+        if (announced) {
+            EXPECT_EQ(bench.display.calls.back(), "ProgressBarEnd()");
+        }
+    }
+}
+
+TEST(clsQueue, APollLimitOfMoreThan16BitsIsTheWaitsError) {
+    const std::string overflow = "Queue: Error during wait for Queue to complete (Error 6: Overflow).";
+    struct Case {
+        double expectedMs;
+        std::string description;
+    };
+    for (const auto& c : {Case{3156749, ""}, Case{3156750, overflow}, Case{3156800, overflow}, Case{3276700, overflow},
+                          Case{3276750, overflow}, Case{1e300, overflow}}) {
+        SCOPED_TRACE(c.expectedMs);
+        RunBench bench;
+        bench.fake.queueStatuses = {"4"};
+        clsQueue queue(bench.run);
+        queue.WaitForQueueComplete(c.expectedMs);
+        EXPECT_EQ(queue.ErrorDescription(), c.description);
+        EXPECT_EQ(bench.calls.CountOf("HostSleep"), 1);
+    }
+}
+
+TEST(clsQueue, AnAbortInAnEventPumpEndsTheWaitWithoutError) {
+    struct Case {
+        const char* status;
+        int pump;  // the one in which the user aborts; there are two a pause, the first pause is before the loop
+        int sleeps;
+        bool announced;
+    };
+    for (const auto& c : {Case{"3", 1, 1, false}, Case{"3", 2, 1, false}, Case{"3", 3, 2, true}, Case{"3", 8, 4, true},
+                          Case{"2", 8, 4, false}}) {
+        SCOPED_TRACE(c.pump);
+        RunBench bench;
+        bench.fake.queueStatuses = {c.status};
+        bench.display.onPump = [&] { bench.run.AbortRequested = bench.display.pumps >= c.pump; };
+        clsQueue queue(bench.run);
+        queue.WaitForQueueComplete(60000);
+        EXPECT_FALSE(queue.ErrorOccurred());
+        EXPECT_EQ(bench.calls.CountOf("HostSleep"), c.sleeps);
+        EXPECT_EQ(bench.display.calls.size(), c.announced ? static_cast<std::size_t>(c.sleeps - 1) + 3 : 0);
+        if (c.announced) {
+            EXPECT_EQ(bench.display.calls.back(), "ProgressBarEnd()");
+        }
+    }
+}
+
+TEST(clsQueue, AFailureDuringTheWaitIsToldAndAFailedObjectDoesNotWait) {
+    for (const std::string operation : {"CreatePause", "HostSleep"}) {
+        RunBench bench;
+        bench.fake.queueStatuses = {"2"};
+        bench.calls.Fail(operation, RunBench::hostError, 3);
+        clsQueue queue(bench.run);
+        queue.WaitForQueueComplete(60000);
+        EXPECT_EQ(queue.ErrorDescription(), "Queue: Error during wait for Queue to complete" + RunBench::errorSuffix);
+        bench.calls.Forget();
+        queue.WaitForQueueComplete(60000);
+        EXPECT_THAT(bench.calls.Operations(), ElementsAre());
+    }
+}
+
+TEST(clsQueue, AStatusThatCannotBeReadIsNoError) {
+    RunBench bench;
+    bench.fake.queueStatuses = {"2", "2", "4"};
+    bench.calls.Fail("RegRead", RunBench::hostError, 2);  // waited through
+    clsQueue queue(bench.run);
+    queue.WaitForQueueComplete(60000);
+    EXPECT_EQ(bench.calls.CountOf("RegRead"), 4);
+
+    RunBench unreadable;
+    unreadable.calls.Fail("RegRead", std::runtime_error("no registry"));
+    clsQueue other(unreadable.run);
+    other.WaitForQueueComplete(60000);
+    EXPECT_EQ(unreadable.calls.CountOf("RegRead"), 1);
+    EXPECT_EQ(queue.ErrorDescription() + other.ErrorDescription(), "");
+}
+
+TEST(clsQueue, AQueueServerThatCannotBeHadDoesNotKeepFromWaiting) {
+    RunBench bench;
+    bench.fake.queueStatuses = {"2", "4"};
+    bench.calls.Fail("HostQueueServer", RunBench::hostError);
+    clsQueue queue(bench.run);
+    queue.WaitForQueueComplete(60000);
+    EXPECT_EQ(queue.ErrorDescription(), "");
+    EXPECT_EQ(bench.calls.CountOf("RegRead"), 2);
+}
+
+}  // namespace

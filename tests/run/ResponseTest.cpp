@@ -1,0 +1,57 @@
+#include "tests/support_files/Response.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+namespace {
+
+constexpr double goodResponse = 0.95;
+
+/// With as many 2nd precursors asked for as the compound has fragments, exactly its fragments are found, and every
+/// voltage costs next to nothing against the best one.
+TEST(Response, FindingsAreGoodOnTheNoiseFreeInstrument) {
+    struct Case {
+        const char* compound;
+        std::int16_t fragments;
+    };
+    for (const auto& [compound, fragments] : {Case{"reserpine", 7},
+                                              {"caffeine", 5},
+                                              {"verapamil", 5},
+                                              {"clenbuterol", 4},
+                                              {"chloramphenicol", 6},
+                                              {"warfarin", 3}}) {
+        SCOPED_TRACE(compound);
+        WholeRun run({.compound = compound, .adjust = [fragments = fragments](auto& settings) {
+                          settings.Advanced_EPINum2ndPrec = fragments;
+                      }});
+        ASSERT_EQ(run.Start(), veltra::StartButton::Outcome::Completed);
+        EXPECT_EQ(run.boxes.shown.size(), 0U);
+
+        EXPECT_NEAR(run.run.results->ActualPeak->CentroidMass, run.project.facts.expectedMz, 0.1);
+        const Response response = ResponseOf(run);
+        EXPECT_GE(response.dp, goodResponse) << run.run.results->DP.Current;
+        EXPECT_GE(response.ep, goodResponse) << run.run.results->EP.Current;
+        EXPECT_GE(response.cep, goodResponse) << run.run.results->CEP.Current;
+        EXPECT_EQ(response.missedFragments, std::vector<std::string>());
+        for (const auto& fragment : response.fragments) {
+            EXPECT_NE(fragment.node, "") << "no planted fragment at " << fragment.foundMz;
+            EXPECT_GE(fragment.share, goodResponse) << fragment.node << " at CE " << fragment.foundCe;
+        }
+    }
+}
+
+/// Every shipped compound runs to its end, on the models with their different AF2 scales too.
+TEST(Response, AllCompoundsRunToTheirEndOnSeveralModels) {
+    for (const auto& compound : orvanel::ListCompounds(VELTRA_APP_LOCATION)) {
+        for (const std::int32_t modelCode : {27, 14, 22, 33}) {
+            SCOPED_TRACE(compound.name + " on model " + std::to_string(modelCode));
+            WholeRun run({.compound = compound.name, .modelCode = modelCode});
+            EXPECT_EQ(run.Start(), veltra::StartButton::Outcome::Completed);
+            EXPECT_EQ(run.boxes.shown, std::vector<RecordedMessageBoxes::Box>());
+            EXPECT_GE(run.run.results->TopPeaksInfo.size(), 1U);
+        }
+    }
+}
+
+}  // namespace

@@ -1,0 +1,197 @@
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+
+#include "ports/HostError.h"
+#include "support/Files.h"
+#include "tests/support_files/WholeRun.h"
+
+/// Whole runs whose log and report are compared with the files of tests/data/runs, to the letter. After a wanted change
+/// `VELTRA_WRITE_EXPECTED=1 build/debug/bin/test_run` writes them anew; look at the difference before committing it.
+
+namespace {
+
+using Outcome = veltra::StartButton::Outcome;
+using Box = RecordedMessageBoxes::Box;
+using ports::HostError;
+using ports::MessageIcon;
+
+void ExpectFile(const std::string& name, const std::string& text) {
+    const std::string path = std::string(VELTRA_TEST_DATA) + "/runs/" + name;
+    if (std::getenv("VELTRA_WRITE_EXPECTED") != nullptr) support::WriteWholeFile(path, text);
+    EXPECT_EQ(text, support::ReadWholeFile(path)) << path;
+}
+
+void ExpectFiles(const WholeRun& run, const std::string& name) {
+    ExpectFile(name + ".log.txt", run.LogText());
+    ExpectFile(name + ".results.txt", run.ReportText());
+}
+
+std::vector<Box> Boxes(const WholeRun& run) {
+    std::vector<Box> boxes = run.boxes.shown;
+    for (auto& box : boxes)
+        box.text = run.Anonymous(box.text);
+    return boxes;
+}
+
+TEST(WholeRun, CompletesInBothPolaritiesAndWithoutEPAndCEP) {
+    struct Case {
+        const char* name;
+        const char* compound;
+        std::int32_t modelCode;
+    };
+    for (const auto& [name, compound, modelCode] : {Case{"positive", "reserpine", 27},
+                                                    {"negative", "chloramphenicol", 27},
+                                                    {"without-ep-cep", "verapamil", 26},
+                                                    {"without-ep-cep-large-af2", "verapamil", 14}}) {
+        SCOPED_TRACE(name);
+        WholeRun run({.compound = compound, .modelCode = modelCode});
+        EXPECT_EQ(run.Start(), Outcome::Completed);
+        EXPECT_EQ(Boxes(run), std::vector<Box>());
+        ExpectFiles(run, name);
+    }
+}
+
+TEST(WholeRun, EndsWithoutAFinding) {
+    {
+        WholeRun run({.adjust = [](auto& settings) { settings.ExpectedMZ = 650; }});
+        EXPECT_EQ(run.Start(), Outcome::Aborted);
+        EXPECT_EQ(
+            Boxes(run),
+            (std::vector<Box>{{"No peaks found within 649 - 651 Da mass range of ER spectrum.", MessageIcon::None}}));
+        ExpectFiles(run, "no-parent");
+    }
+    {
+        WholeRun run({.configure = [](auto& config) {
+            config.sample = {{std::string(VELTRA_TEST_DATA) + "/compounds/no_fragments.ini", 1}};
+        }});
+        EXPECT_EQ(run.Start(), Outcome::Aborted);
+        EXPECT_EQ(Boxes(run), (std::vector<Box>{{"No EPI spectrum peaks found.", MessageIcon::None}}));
+        ExpectFiles(run, "no-fragments");
+    }
+}
+
+/// The user clicks Abort as soon as a stage's acquisition shows its progress.
+TEST(WholeRun, AbortsInEachStage) {
+    struct Case {
+        const char* name;
+        const char* stage;
+    };
+    for (const auto& [name, stage] : {Case{"abort-er", "--> ER"},
+                                      {"abort-dp", "(optimize DP)"},
+                                      {"abort-ep", "(optimize EP)"},
+                                      {"abort-reoptdp", "(re-optimize DP)"},
+                                      {"abort-cep", "(optimize CEP)"},
+                                      {"abort-epi", "--> EPI"},
+                                      {"abort-mrm", "--> MRM"},
+                                      {"abort-ms3", "--> MS/MS/MS"}}) {
+        SCOPED_TRACE(name);
+        WholeRun run({});
+        run.boxes.answers = {true};
+        bool clicked = false;
+        run.display.onPump = [&, wanted = std::string(stage)] {
+            const bool inStage = !run.display.log.empty() && run.display.log.back().find(wanted) != std::string::npos;
+            if (clicked || !inStage || !run.display.calls.back().starts_with("ProgressBar")) return;
+            clicked = true;
+            EXPECT_EQ(run.startButton.Click(), Outcome::AbortAsked);
+        };
+        EXPECT_EQ(run.Start(), Outcome::Aborted);
+        EXPECT_TRUE(clicked);
+        EXPECT_EQ(run.boxes.questions, std::vector<std::string>{"Are you sure you want to abort the optimization?"});
+        EXPECT_EQ(Boxes(run), std::vector<Box>());
+        EXPECT_EQ(run.calls.CountOf("TolmLogoff"), 1);
+        ExpectFiles(run, name);
+    }
+}
+
+TEST(WholeRun, EndsWithAHostThatFails) {
+    struct Case {
+        const char* name;
+        const char* operation;
+        int call;
+        std::vector<Box> boxes;
+    };
+    const std::string why = " (Error 70: Permission denied).";
+    const std::string methods = "<DIR>/Projects/reserpine/Acquisition Methods/reserpine_";
+    for (const auto& [name, operation, call, boxes] :
+         {Case{"queue-does-not-start",
+               "HostQueueRun",
+               1,
+               {{"Queue: Error starting Queue" + why, MessageIcon::Critical}}},
+          Case{"method-not-saved",
+               "HostSaveMethodAs",
+               2,
+               {{"Acquire: Error during saving of " + methods + "Q1MI_RampDP_609.297.xmt" + why,
+                 MessageIcon::Critical}}},
+          Case{"batch-not-submitted",
+               "TolmSubmitBatch",
+               1,
+               {{"Tolm Batch: Error submitting Tolm Batch" + why, MessageIcon::Critical}}},
+          Case{"data-not-loaded",
+               "ExploreLoadTIC",
+               2,
+               {{"Explore Data: Error loading TIC" + why, MessageIcon::Critical}}},
+          Case{"logoff-fails",
+               "TolmLogoff",
+               1,
+               {{"Tolm Batch: Error during Tolm logoff" + why, MessageIcon::Warning}}}}) {
+        SCOPED_TRACE(name);
+        WholeRun run({});
+        run.calls.Fail(operation, HostError(70, "Permission denied"), call);
+        const bool completes = std::string(name) == "logoff-fails";
+        EXPECT_EQ(run.Start(), completes ? Outcome::Completed : Outcome::Aborted);
+        EXPECT_EQ(run.calls.FiredCount(), 1);
+        EXPECT_EQ(Boxes(run), boxes);
+        ExpectFiles(run, name);
+    }
+}
+
+/// A final method that cannot be written changes nothing but its own line; no box is shown.
+TEST(WholeRun, ReportsAFinalMethodThatCannotBeSaved) {
+    WholeRun run({});
+    run.calls.beforeCall = [&](const std::string& text) {
+        if (text.starts_with("HostSaveMethodAs(") && text.find("_FinalMS3_448") != std::string::npos)
+            run.calls.Fail("HostSaveMethodAs", HostError(61, "Disk full"));
+    };
+    EXPECT_EQ(run.Start(), Outcome::Completed);
+    EXPECT_EQ(run.calls.FiredCount(), 1);
+    EXPECT_EQ(Boxes(run), std::vector<Box>());
+    ExpectFiles(run, "final-method-not-saved");
+}
+
+TEST(WholeRun, NeedsADataFolder) {
+    WholeRun run({});
+    std::filesystem::remove(run.DataFolder());
+    EXPECT_EQ(run.Start(), Outcome::InitializationFailed);
+    EXPECT_EQ(Boxes(run), (std::vector<Box>{{"Unable to locate Data folder", MessageIcon::Warning}}));
+    EXPECT_EQ(run.chooser.asked.size(), 1U);
+    EXPECT_EQ(run.run.results, nullptr);
+    EXPECT_EQ(run.run.batch, nullptr);
+    EXPECT_EQ(run.calls.CountOf("TolmSubmitBatch"), 0);
+}
+
+/// The log's last outcome is written before the batch service is logged off, and the report before both.
+TEST(WholeRun, LogsOffAfterTheReport) {
+    WholeRun run({});
+    std::string atLogoff;
+    run.calls.beforeCall = [&](const std::string& text) {
+        if (text.starts_with("TolmLogoff(")) atLogoff = run.LogText() + run.ReportText();
+    };
+    ASSERT_EQ(run.Start(), Outcome::Completed);
+    EXPECT_NE(atLogoff.find("]  Optimization completed successfully!\n"), std::string::npos);
+    EXPECT_NE(atLogoff.find("MS3 Quantitation Path: "), std::string::npos);
+}
+
+TEST(WholeRun, GivesTheSameFilesAgainWithTheSameSeedOnly) {
+    const auto erData = [](std::uint64_t seed) {
+        WholeRun run({.compound = "caffeine", .seed = seed});
+        EXPECT_EQ(run.Start(), Outcome::Completed);
+        return support::ReadWholeFile(run.run.results->VeskOutputFilePath + "caffeine_ER_195.088.vesk");
+    };
+    const std::string first = erData(5);
+    EXPECT_TRUE(first == erData(5));
+    EXPECT_FALSE(first == erData(6));
+}
+
+}  // namespace

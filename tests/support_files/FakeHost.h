@@ -1,0 +1,181 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "ports/Host.h"
+#include "ports/HostError.h"
+#include "tests/support_files/FakeExploration.h"
+#include "tests/support_files/FakeMethods.h"
+
+/// One set with one sample is all that a batch here holds.
+struct FakeBatch {
+    std::string name, user, text, project;
+    std::string setName, methodFileName, processingMethod, dataFileName;
+    std::vector<std::string> fields;
+};
+
+namespace fake {
+
+class TolmBatch : public ports::TolmBatch {
+  public:
+    void TolmSetBatchName(const std::string& batchFileName) override { batch.name = batchFileName; }
+    void TolmSetBatchUser(const std::string& userName) override { batch.user = userName; }
+    void TolmSetBatchText(const std::string& text) override { batch.text = text; }
+    void TolmSetBatchProject(const std::string& project) override { batch.project = project; }
+    int TolmAddSet(const std::string& setName) override {
+        batch.setName = setName;
+        return 3;
+    }
+    void TolmSetSetAcquisitionMethod(int, const std::string& name) override { batch.methodFileName = name; }
+    void TolmSetSetProcessingMethod(int, const std::string& name) override { batch.processingMethod = name; }
+    int TolmAddSample(int) override { return 7; }
+    void TolmSetSampleDataFile(int, int, const std::string& name) override { batch.dataFileName = name; }
+    void TolmSetSampleField(int, int, SampleField, const std::string& text) override { batch.fields.push_back(text); }
+
+    FakeBatch batch;
+};
+
+class TolmService : public ports::TolmService {
+  public:
+    explicit TolmService(std::vector<FakeBatch>& submitted) : submitted_(submitted) {}
+
+    void TolmInitialize() override {}
+    std::string TolmLogon(const std::string&, const std::string&, const std::string&, const std::string&,
+                          const std::string&) override {
+        return "session" + std::to_string(++sessions_);
+    }
+    void TolmSelectProject(const std::string&, const std::string&, const std::string&) override {}
+    void TolmLogoff(const std::string&) override {}
+    std::unique_ptr<ports::TolmBatch> TolmNewBatch(const std::string&) override {
+        return std::make_unique<TolmBatch>();
+    }
+    void TolmSubmitBatch(const std::string&, ports::TolmBatch& batch) override {
+        submitted_.push_back(dynamic_cast<TolmBatch&>(batch).batch);
+    }
+    std::string TolmSaveBatch(const std::string&, const std::string& batchFileName, ports::TolmBatch& batch) override {
+        return "saved " + batchFileName + " of " + dynamic_cast<TolmBatch&>(batch).batch.name;
+    }
+
+  private:
+    std::vector<FakeBatch>& submitted_;
+    int sessions_ = 0;
+};
+
+class QueueServer : public ports::QueueServer {
+  public:
+    void HostQueuePrepare() override {}
+    void HostQueueReset() override {}
+    void HostQueueEnable() override {}
+    void HostQueueRun() override {}
+};
+
+class Pause : public ports::Pause {
+  public:
+    void HostSleep(std::int32_t) override {}
+};
+
+class InstrumentHelper : public ports::InstrumentHelper {
+  public:
+    InstrumentHelper(std::int32_t modelCode, const std::map<std::string, double>& stepSizes)
+        : modelCode_(modelCode), stepSizes_(stepSizes) {}
+
+    std::int32_t GetInstrumentModelCode() override { return modelCode_; }
+    bool IsLinearIonTrap(std::int32_t) override { return true; }
+    double GetStepSizeForScanRate(std::int32_t, int, const std::string& scanRate) override {
+        const auto found = stepSizes_.find(scanRate);
+        if (found == stepSizes_.end()) throw ports::HostError(5, "no scan rate " + scanRate);
+        return found->second;
+    }
+    std::vector<std::string> HostGetScanRates(std::int32_t, int) override {
+        std::vector<std::string> rates;
+        for (const auto& [rate, step] : stepSizes_)
+            rates.push_back(rate);
+        return rates;
+    }
+
+  private:
+    std::int32_t modelCode_;
+    const std::map<std::string, double>& stepSizes_;
+};
+
+class ElementTable : public ports::ElementTable {
+  public:
+    explicit ElementTable(const std::map<std::string, std::vector<ports::Isotope>>& elements) : elements_(elements) {}
+
+    std::vector<ports::Isotope> GetIsotopes(const std::string& symbol) override {
+        const auto found = elements_.find(symbol);
+        if (found == elements_.end()) throw ports::HostError(5, "no element " + symbol);
+        return found->second;
+    }
+
+  private:
+    const std::map<std::string, std::vector<ports::Isotope>>& elements_;
+};
+
+class HostApplication : public ports::HostApplication {
+  public:
+    explicit HostApplication(FakeMethodStore& store) : store_(store) {}
+    std::unique_ptr<ports::AcquisitionService> GetAcquisitionService() override {
+        return std::make_unique<AcquisitionService>(store_);
+    }
+
+  private:
+    FakeMethodStore& store_;
+};
+
+}  // namespace fake
+
+/// A host in memory: methods are kept by path, batches are noted, and all data are what the test has scripted.
+class FakeHost : public ports::Host {
+  public:
+    static constexpr const char* statusPath =
+        "HKEY_LOCAL_MACHINE\\SOFTWARE\\Dravik\\Orvanel\\QueueSvr\\Current Sample Status";
+
+    bool applicationIsRunning = true;
+    std::int32_t modelCode = 27;
+    FakeMethodStore store;
+    FakeData data;
+    std::vector<FakeBatch> submitted;
+    std::map<std::string, double> stepSizes{{"1000", 0.06}, {"4000 Da/s", 0.12}};  ///< Da, by scan rate
+    std::map<std::string, std::vector<ports::Isotope>> elements;
+    std::map<std::string, std::string> registry;
+    /// The queue's status at one read after the other; the last one stays. Nothing: the value is missing.
+    std::vector<std::optional<std::string>> queueStatuses{"4"};
+
+    std::unique_ptr<ports::HostApplication> AttachToRunningApplication() override {
+        return applicationIsRunning ? std::make_unique<fake::HostApplication>(store) : nullptr;
+    }
+    std::unique_ptr<ports::TolmService> TolmCreateService() override {
+        return std::make_unique<fake::TolmService>(submitted);
+    }
+    std::unique_ptr<ports::QueueServer> HostQueueServer() override { return std::make_unique<fake::QueueServer>(); }
+    std::unique_ptr<ports::Pause> CreatePause() override { return std::make_unique<fake::Pause>(); }
+    std::unique_ptr<ports::DataExploration> CreateDataExploration() override {
+        return std::make_unique<fake::DataExploration>(data);
+    }
+    std::unique_ptr<ports::InstrumentHelper> CreateInstrumentHelper() override {
+        return std::make_unique<fake::InstrumentHelper>(modelCode, stepSizes);
+    }
+    std::unique_ptr<ports::ElementTable> OpenElementTable(const std::string&) override {
+        return std::make_unique<fake::ElementTable>(elements);
+    }
+    std::optional<std::string> RegRead(const std::string& path) override {
+        if (path == statusPath) {
+            const std::size_t last = queueStatuses.size() - 1;
+            return queueStatuses.at(std::min(statusReads_++, last));
+        }
+        const auto found = registry.find(path);
+        return found == registry.end() ? std::nullopt : std::optional(found->second);
+    }
+    bool HostOpenDocument(const std::string& path) override { return store.methods.contains(path); }
+    std::string GetDescription() const override { return "Nothing is measured here"; }
+
+  private:
+    std::size_t statusReads_ = 0;
+};

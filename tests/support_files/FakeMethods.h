@@ -1,0 +1,245 @@
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "ports/AcquisitionMethods.h"
+#include "ports/HostError.h"
+
+/// An acquisition method as FakeHost keeps it: one mass-spectrometer method of one period with one experiment.
+struct FakeMethod {
+    using Parameters = std::vector<std::pair<std::string, float>>;
+    struct Range {
+        double start = 0, stop = 0, step = 0, dwellTimeMs = 0;
+        Parameters parameters;
+
+        float Value(const std::string& id) const {
+            for (const auto& [name, value] : parameters)
+                if (name == id) return value;
+            throw ports::HostError(404, "no parameter " + id);
+        }
+        friend bool operator==(const Range&, const Range&) = default;
+    };
+    struct Ramp {
+        std::string id;
+        float start = 0, stop = 0, step = 0;
+        friend bool operator==(const Ramp&, const Ramp&) = default;
+    };
+
+    std::vector<bool> devicesAreMassSpec{false, true};
+    int operatingMode = 1;
+    double expectedDurationMs = 60000;
+    int scanType = 0, polarity = 0, q1Resolution = 1, scansToSum = 1;
+    double scanRate = 0, fixedFillTimeMs = 0, excitationTimeMs = 0;
+    double firstPrecursor = 0, secondPrecursor = 0;
+    int q0Trapping = 0, dynamicFillTime = 1;
+    std::int32_t cycles = 1;
+    std::optional<Ramp> ramp;
+    Parameters sourceGas{{"CUR", 20.0F}, {"GS1", 30.0F}};
+    /// What a new range starts with.
+    Parameters defaults{{"DP", 50.0F}, {"EP", 10.0F}, {"CEP", 15.5F}, {"CE", 35.0F}, {"CES", 5.0F}, {"AF2", 0.125F}};
+    std::vector<Range> ranges{{100, 200, 0.1, 10, defaults}};
+};
+
+/// What all handles of the fake's method service share.
+struct FakeMethodStore {
+    std::map<std::string, FakeMethod> methods;  ///< by path
+    int currentOperatingMode = 1;
+    double highestMassDa = 950;  ///< where the optimisation of a mass range clips it
+};
+
+namespace fake {
+
+struct Document {
+    FakeMethodStore& store;
+    FakeMethod method;
+};
+using DocumentHandle = std::shared_ptr<Document>;
+
+/// @param range -1 for the source/gas table
+class ParameterTable : public ports::ParameterTable {
+  public:
+    ParameterTable(DocumentHandle document, int range) : document_(std::move(document)), range_(range) {}
+
+    int HostGetParameterCount() const override { return static_cast<int>(Table().size()); }
+    int HostFindParameter(const std::string& id) const override {
+        for (int i = 0; i < HostGetParameterCount(); ++i)
+            if (At(i).first == id) return i;
+        return -1;
+    }
+    std::string HostGetParameterId(int index) const override { return At(index).first; }
+    float HostGetParameterValue(int index) const override { return At(index).second; }
+    void HostSetParameterValue(int index, float value) override { At(index).second = value; }
+
+  private:
+    FakeMethod::Parameters& Table() const {
+        auto& method = document_->method;
+        return range_ < 0 ? method.sourceGas : method.ranges.at(static_cast<std::size_t>(range_)).parameters;
+    }
+    std::pair<std::string, float>& At(int index) const {
+        if (index < 0 || index >= static_cast<int>(Table().size())) throw ports::HostError(9, "no such parameter");
+        return Table()[static_cast<std::size_t>(index)];
+    }
+    DocumentHandle document_;
+    int range_;
+};
+
+class MassRange : public ports::MassRange {
+  public:
+    MassRange(DocumentHandle document, int index) : document_(std::move(document)), index_(index) { Range(); }
+
+    void HostSetMassRange(double start, double stop, double step) override {
+        Range().start = start;
+        Range().stop = stop;
+        Range().step = step;
+    }
+    void HostSetDwellTime(double dwellTimeMs) override { Range().dwellTimeMs = dwellTimeMs; }
+    std::unique_ptr<ports::ParameterTable> HostGetParameterTable() override {
+        return std::make_unique<ParameterTable>(document_, index_);
+    }
+
+  private:
+    FakeMethod::Range& Range() { return document_->method.ranges.at(static_cast<std::size_t>(index_)); }
+    DocumentHandle document_;
+    int index_;
+};
+
+class Experiment : public ports::Experiment {
+  public:
+    explicit Experiment(DocumentHandle document) : document_(std::move(document)) {}
+
+    void HostSetScanType(int scanType) override { Method().scanType = scanType; }
+    void HostResetExperiment() override {
+        if (!Method().ranges.empty()) Method().defaults = Method().ranges.front().parameters;
+        Method().ranges.clear();
+        Method().firstPrecursor = Method().secondPrecursor = 0;
+    }
+    void HostSetPolarity(int polarity) override { Method().polarity = polarity; }
+    void HostSetQ1Resolution(int resolution) override { Method().q1Resolution = resolution; }
+    int HostGetMassRangeCount() const override { return static_cast<int>(document_->method.ranges.size()); }
+    int HostAddMassRange() override {
+        Method().ranges.push_back({0, 0, 0, 0, Method().defaults});
+        return HostGetMassRangeCount() - 1;
+    }
+    std::unique_ptr<ports::MassRange> HostGetMassRange(int index) override {
+        return std::make_unique<MassRange>(document_, index);
+    }
+    void HostSetFirstPrecursor(double mass) override { Method().firstPrecursor = mass; }
+    std::unique_ptr<ports::ParameterTable> HostGetSourceGasTable() override {
+        return std::make_unique<ParameterTable>(document_, -1);
+    }
+
+  private:
+    FakeMethod& Method() { return document_->method; }
+    DocumentHandle document_;
+};
+
+class ExtendedExperiment : public ports::ExtendedExperiment {
+  public:
+    explicit ExtendedExperiment(DocumentHandle document) : document_(std::move(document)) {}
+
+    void HostSetScansToSum(int count) override { Method().scansToSum = count; }
+    void HostSetScanRate(double scanRate) override { Method().scanRate = scanRate; }
+    void HostSetFixedFillTime(double fillTimeMs) override { Method().fixedFillTimeMs = fillTimeMs; }
+    void HostSetQ0Trapping(int on) override { Method().q0Trapping = on; }
+    void HostSetDynamicFillTime(int on) override { Method().dynamicFillTime = on; }
+    void HostSetSecondPrecursor(double mass) override { Method().secondPrecursor = mass; }
+    void HostOptimizeMassRange() override {
+        for (auto& range : Method().ranges)
+            range.stop = std::min(range.stop, document_->store.highestMassDa);
+    }
+    void HostSetExcitationTime(double excitationTimeMs) override { Method().excitationTimeMs = excitationTimeMs; }
+
+  private:
+    FakeMethod& Method() { return document_->method; }
+    DocumentHandle document_;
+};
+
+class Period : public ports::Period {
+  public:
+    explicit Period(DocumentHandle document) : document_(std::move(document)) {}
+
+    std::unique_ptr<ports::Experiment> HostGetExperiment(int) override {
+        return std::make_unique<Experiment>(document_);
+    }
+    std::unique_ptr<ports::ExtendedExperiment> HostGetExtendedExperiment(int) override {
+        return std::make_unique<ExtendedExperiment>(document_);
+    }
+    void HostResetPeriodParameters() override { document_->method.ramp.reset(); }
+    void HostSetRampParameter(const std::string& id, float start, float stop, float step) override {
+        document_->method.ramp = FakeMethod::Ramp{id, start, stop, step};
+    }
+    void HostSetCycles(std::int32_t count) override { document_->method.cycles = count; }
+
+  private:
+    DocumentHandle document_;
+};
+
+class MassSpecMethod : public ports::MassSpecMethod {
+  public:
+    explicit MassSpecMethod(DocumentHandle document) : document_(std::move(document)) {}
+
+    std::unique_ptr<ports::Period> HostGetPeriod(int) override { return std::make_unique<Period>(document_); }
+    int HostGetMethodOperatingMode() const override { return document_->method.operatingMode; }
+    int HostGetCurrentOperatingMode() const override { return document_->store.currentOperatingMode; }
+    double HostGetExpectedDuration() const override { return document_->method.expectedDurationMs; }
+
+  private:
+    DocumentHandle document_;
+};
+
+class DeviceMethod : public ports::DeviceMethod {
+  public:
+    DeviceMethod(DocumentHandle document, bool isMassSpec) : document_(std::move(document)), isMassSpec_(isMassSpec) {}
+
+    bool IsMassSpecMethod() const override { return isMassSpec_; }
+    std::unique_ptr<ports::MassSpecMethod> AsMassSpecMethod() override {
+        if (!isMassSpec_) throw ports::HostError(13, "another device's method");
+        return std::make_unique<MassSpecMethod>(document_);
+    }
+
+  private:
+    DocumentHandle document_;
+    bool isMassSpec_;
+};
+
+class AcquisitionMethod : public ports::AcquisitionMethod {
+  public:
+    explicit AcquisitionMethod(DocumentHandle document) : document_(std::move(document)) {}
+
+    std::unique_ptr<ports::DeviceMethod> HostEnumDeviceMethods(int index) override {
+        const auto& devices = document_->method.devicesAreMassSpec;
+        if (index >= static_cast<int>(devices.size())) return nullptr;
+        return std::make_unique<DeviceMethod>(document_, devices[static_cast<std::size_t>(index)]);
+    }
+    void HostSaveMethodAs(const std::string& path, bool overwrite) override {
+        auto& methods = document_->store.methods;
+        if (!overwrite && methods.contains(path)) throw ports::HostError(58, "the file exists");
+        methods[path] = document_->method;
+    }
+
+  private:
+    DocumentHandle document_;
+};
+
+class AcquisitionService : public ports::AcquisitionService {
+  public:
+    explicit AcquisitionService(FakeMethodStore& store) : store_(store) {}
+
+    std::unique_ptr<ports::AcquisitionMethod> HostOpenMethod(const std::string& path) override {
+        const auto found = store_.methods.find(path);
+        if (found == store_.methods.end()) throw ports::HostError(53, "no such method");
+        return std::make_unique<AcquisitionMethod>(std::make_shared<Document>(Document{store_, found->second}));
+    }
+
+  private:
+    FakeMethodStore& store_;
+};
+
+}  // namespace fake

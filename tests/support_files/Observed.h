@@ -1,0 +1,43 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <utility>
+
+#include "tests/support_files/HostCalls.h"
+
+/// A port that tells HostCalls of every call before it passes it on. The derived class states the operations.
+template <class Port>
+class Observed : public Port {
+  public:
+    Observed(std::string kind, std::unique_ptr<Port> inner, HostCalls& calls)
+        : calls_(calls), kind_(std::move(kind)), inner_(std::move(inner)) {}
+    ~Observed() override { calls_.Released(kind_); }
+
+    Port& Inner() const { return *inner_; }
+
+  protected:
+    template <class Operation, class... Args>
+    decltype(auto) Pass(const char* name, Operation operation, const Args&... args) const {
+        calls_.Before(name, args...);
+        return std::invoke(operation, *inner_, args...);
+    }
+    template <class Wrapper, class Handle>
+    std::unique_ptr<Handle> Wrap(const char* kind, std::unique_ptr<Handle> handle) const {
+        if (!handle) return nullptr;
+        return std::make_unique<Wrapper>(kind, std::move(handle), calls_);
+    }
+
+    HostCalls& calls_;
+
+  private:
+    std::string kind_;
+    std::unique_ptr<Port> inner_;
+};
+
+/// What the host itself must be given when one of its handles comes back to it.
+template <class Wrapper, class Handle>
+auto& Unwrapped(Handle& handle) {
+    return dynamic_cast<Wrapper&>(handle).Inner();
+}

@@ -1,0 +1,68 @@
+#include "tests/support_files/WholeRun.h"
+
+#include <chrono>
+#include <stdexcept>
+
+#include "cli/ProjectSettings.h"
+#include "run/InstrumentCheck.h"
+#include "support/Files.h"
+#include "support/modFileUtils.h"
+
+namespace {
+
+/// 2024-05-13 15:45:12 UTC
+const std::chrono::system_clock::time_point startTime{std::chrono::seconds{1715615112}};
+
+orvanel::OrvanelConfig ConfigOf(const NewProject& project, const WholeRun::Options& options) {
+    auto config = orvanel::ReadOrvanelConfig(project.facts.orvanelIniPath, VELTRA_APP_LOCATION);
+    config.seed = options.seed;
+    options.configure(config);
+    return config;
+}
+
+veltra::clsInfo_Settings SettingsOf(const NewProject& project, const WholeRun::Options& options) {
+    veltra::clsInfo_Settings settings(project.folder.File("Veltra.ini"));
+    cli::SuitToCompound(settings, options.compound, project.facts);
+    settings.OrvanelProjectName = options.compound;
+    options.adjust(settings);
+    return settings;
+}
+
+}  // namespace
+
+WholeRun::WholeRun(const Options& options)
+    : project(options.compound, options.modelCode),
+      config(ConfigOf(project, options)),
+      clock(0, startTime, {}, true),
+      orvanelHost(orvanel::CreateOrvanelHost(config, clock)),
+      host(*orvanelHost, calls),
+      settings(SettingsOf(project, options)),
+      run({host, display, boxes, chooser, clock}, settings),
+      startButton(run) {
+    veltra::CheckInstrument(run);
+}
+
+veltra::StartButton::Outcome WholeRun::Start() {
+    return startButton.Click();
+}
+
+std::string WholeRun::DataFolder() const {
+    return support::GetPathToNthBackslash(settings.StarterMethodFilePath, true, 1) + "Data";
+}
+
+std::string WholeRun::Anonymous(std::string text) const {
+    for (auto at = text.find(project.folder.Path()); at != std::string::npos; at = text.find(project.folder.Path(), at))
+        text.replace(at, project.folder.Path().size(), "<DIR>");
+    return text;
+}
+
+std::string WholeRun::FileText(const std::string& name) const {
+    const std::string text = support::ReadWholeFile(run.results->VeskOutputFilePath + name);
+    std::string plain;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] == '\n' && (i == 0 || text[i - 1] != '\r'))
+            throw std::runtime_error(name + ": the line before byte " + std::to_string(i) + " does not end in CR LF");
+        if (text[i] != '\r') plain += text[i];
+    }
+    return Anonymous(plain);
+}

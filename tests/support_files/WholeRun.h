@@ -1,0 +1,65 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "orvanel/OrvanelHost.h"
+#include "run/StartButton.h"
+#include "tests/support_files/NewProject.h"
+#include "tests/support_files/ObservedHost.h"
+#include "tests/support_files/RecordedDisplay.h"
+#include "tests/support_files/RecordedMessageBoxes.h"
+
+/// A folder chooser that answers what it is told to.
+class ScriptedFolderChooser : public ports::FolderChooser {
+  public:
+    Choice ChooseFolder(const std::string& strProjectPath) override {
+        asked.push_back(strProjectPath);
+        return answer;
+    }
+    Choice answer;
+    std::vector<std::string> asked;
+};
+
+/// One whole optimisation on the shipped host, with a virtual clock that starts at a fixed time and a fixed seed.
+class WholeRun {
+  public:
+    struct Options {
+        std::string compound = "reserpine";
+        std::int32_t modelCode = 27;
+        std::uint64_t seed = 1;
+        std::function<void(orvanel::OrvanelConfig&)> configure = [](auto&) {};
+        std::function<void(veltra::clsInfo_Settings&)> adjust = [](auto&) {};
+    };
+
+    explicit WholeRun(const Options& options);
+
+    veltra::StartButton::Outcome Start();
+
+    /// The run's files without carriage returns, and with "<DIR>" for the temporary folder. @throws
+    /// std::runtime_error when a line does not end in CR LF
+    std::string LogText() const { return FileText("Log.txt"); }
+    std::string ReportText() const { return FileText("Results.txt"); }
+    /// The host's Data folder of the project.
+    std::string DataFolder() const;
+    /// With "<DIR>" for the temporary folder.
+    std::string Anonymous(std::string text) const;
+
+    NewProject project;
+    orvanel::OrvanelConfig config;
+    orvanel::HostClock clock;
+    HostCalls calls;
+    std::unique_ptr<ports::Host> orvanelHost;
+    ObservedHost host;
+    RecordedDisplay display;
+    RecordedMessageBoxes boxes;
+    ScriptedFolderChooser chooser;
+    veltra::clsInfo_Settings settings;
+    veltra::RunState run;
+    veltra::StartButton startButton;
+
+  private:
+    std::string FileText(const std::string& name) const;
+};
