@@ -31,9 +31,10 @@ ExitStatus RunCommandLine(int argc, const char* const* argv, const TerminalStrea
     auto* settingsOption =
         app.add_option("--settings", settings, "Settings file (default: Veltra.ini beside the program)")
             ->type_name("FILE")
-            ->check(CLI::ExistingFile);
-    app.add_option("--host", host, "The host's configuration (default: Orvanel.ini beside the settings file)")
-        ->type_name("FILE");
+            ->check(CLI::Validator(CLI::ExistingFile).description(""));
+    auto* hostOption =
+        app.add_option("--host", host, "The host's configuration (default: Orvanel.ini beside the settings file)")
+            ->type_name("FILE");
     auto* newProject = app.add_option("--new-project", project.folder, "Make a project under this folder, ready to run")
                            ->type_name("DIR")
                            ->excludes(settingsOption);
@@ -52,7 +53,13 @@ ExitStatus RunCommandLine(int argc, const char* const* argv, const TerminalStrea
     app.add_option("--charge", charge, "Number of charges of the formula's ion, negative for anions")
         ->type_name("NUMBER")
         ->needs(formulaOption);
-    app.add_flag("--list-compounds", listCompounds, "List what the shipped instrument can spray");
+    auto* listOption = app.add_flag("--list-compounds", listCompounds, "List what the shipped instrument can spray");
+    for (auto* mode : {newProject, formulaOption}) {
+        mode->excludes(listOption);
+        mode->excludes(hostOption);
+    }
+    newProject->excludes(formulaOption);
+    formulaOption->excludes(settingsOption);
 
     try {
         app.parse(argc, argv);

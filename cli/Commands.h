@@ -32,7 +32,6 @@ ExitStatus ListCompounds(const TerminalStreams& streams);
 ExitStatus PrintMzOfFormula(const std::string& formula, std::int16_t charge, const TerminalStreams& streams);
 
 /// Reads the command line and runs what it asks for.
-/// @param arguments without the program's name
 ExitStatus RunCommandLine(int argc, const char* const* argv, const TerminalStreams& streams);
 
 }  // namespace cli

@@ -2,6 +2,7 @@
 #include <exception>
 #include <iomanip>
 #include <ostream>
+#include <stdexcept>
 
 #include "chem/clsMWCalculator.h"
 #include "cli/Commands.h"
@@ -12,6 +13,7 @@
 #include "support/Files.h"
 #include "support/NumberText.h"
 #include "support/Paths.h"
+#include "support/Platform.h"
 
 namespace cli {
 namespace {
@@ -28,6 +30,9 @@ template <class Command>
 ExitStatus Guarded(const TerminalStreams& streams, ExitStatus failure, Command command) {
     try {
         return command();
+    } catch (const support::FileError& error) {
+        streams.err << "veltra-run: " << error.what() << '\n';
+        return abortedOrFailed;
     } catch (const std::exception& error) {
         streams.err << "veltra-run: " << error.what() << '\n';
         return failure;
@@ -38,9 +43,9 @@ ExitStatus Guarded(const TerminalStreams& streams, ExitStatus failure, Command c
 
 ExitStatus MakeNewProject(const NewProjectOptions& options, const TerminalStreams& streams) {
     return Guarded(streams, wrongUsage, [&] {
-        const std::string settingsPath = support::JoinPath(options.folder, "Veltra.ini");
+        const std::string settingsPath = support::JoinPath(support::AbsolutePath(options.folder), "Veltra.ini");
         if (support::FileExists(settingsPath))
-            throw support::FileError(settingsPath + " is there already: choose another folder or remove it");
+            throw std::invalid_argument(settingsPath + " is there already: choose another folder or remove it");
         const std::string name = options.name.empty() ? options.compound : options.name;
         const auto facts =
             orvanel::CreateProject({options.folder, name, options.compound, DefaultAppLocation(), options.modelCode});
@@ -48,7 +53,8 @@ ExitStatus MakeNewProject(const NewProjectOptions& options, const TerminalStream
         streams.out << "Starter method: " << facts.starterMethodPath << '\n'
                     << "Settings:       " << settingsPath << '\n'
                     << "Host:           " << facts.orvanelIniPath << '\n'
-                    << "Run it with:    veltra-run --settings \"" << settingsPath << "\"\n";
+                    << "Run it with:    " << support::JoinPath(support::ProgramFolder(), "veltra-run")
+                    << " --settings \"" << settingsPath << "\"\n";
         return completed;
     });
 }
@@ -77,7 +83,12 @@ ExitStatus PrintMzOfFormula(const std::string& formula, std::int16_t charge, con
         TerminalMessageBoxes messageBoxes(streams, display);
         veltra::clsMWCalculator calculator(*host, messageBoxes);
         const double mass = calculator.GetMWForFormula(formula);
-        if (mass == 0) return wrongUsage;
+        if (mass == 0) {
+            if (!messageBoxes.WasUsed())
+                streams.err << "veltra-run: the formula \"" << formula
+                            << "\" holds no element symbol, which begins with a capital letter\n";
+            return wrongUsage;
+        }
         streams.out << support::GeneralText(veltra::clsMWCalculator::CalculateMZ(mass, charge)) << '\n';
         return completed;
     });

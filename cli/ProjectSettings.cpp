@@ -1,6 +1,7 @@
 #include "cli/ProjectSettings.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "support/NumberText.h"
 
@@ -10,6 +11,9 @@ void SuitToCompound(veltra::clsInfo_Settings& settings, const std::string& compo
                     const orvanel::ProjectFacts& facts) {
     constexpr double lowestMass = 50;  // Da, what every linear ion trap model scans down to
     constexpr double marginDa = 20;
+    constexpr double dpRampGridV = 10;
+    constexpr double lowestDpRampEndV = 100;
+    constexpr double highestDpRampEndV = 200;  // what the settings allow
     const auto whole = [](double value) { return static_cast<float>(support::RoundHalfEven(value, 0)); };
     settings.StarterMethodFilePath = facts.starterMethodPath;
     settings.CompoundName = compoundName;
@@ -20,6 +24,8 @@ void SuitToCompound(veltra::clsInfo_Settings& settings, const std::string& compo
     settings.Advanced_EPIMassEnd = whole(facts.expectedMz + marginDa);
     settings.Advanced_MS3MassStart = settings.Advanced_EPIMassStart;
     settings.Advanced_MS3MassEnd = settings.Advanced_EPIMassEnd;
+    settings.Advanced_Q1MIDPRampStop =
+        whole(std::clamp(std::ceil(facts.dpRampEnd / dpRampGridV) * dpRampGridV, lowestDpRampEndV, highestDpRampEndV));
     if (facts.fragmentCe > 0) settings.Advanced_EPI_CE = whole(facts.fragmentCe);
 }
 

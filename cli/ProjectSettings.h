@@ -8,7 +8,8 @@
 namespace cli {
 
 /// Fills in settings that suit a new project's compound: its m/z and polarity, scan ranges from below its lightest
-/// fragment to above its precursor, and the collision energy at which most of its fragments are strong.
+/// fragment to above its precursor, a DP ramp that reaches beyond its optimum, and the collision energy at which most
+/// of its fragments are strong.
 void SuitToCompound(veltra::clsInfo_Settings& settings, const std::string& compoundName,
                     const orvanel::ProjectFacts& facts);
 

@@ -52,7 +52,7 @@ ExitStatus Perform(ports::Host& host, const ports::Clock& clock, const std::stri
     settings.ReadGlobalSettings();
     TerminalDisplay display(streams);
     TerminalMessageBoxes messageBoxes(streams, display);
-    TerminalFolderChooser folderChooser(streams);
+    TerminalFolderChooser folderChooser(streams, display);
     veltra::RunState runState({host, display, messageBoxes, folderChooser, clock}, settings);
     StartButton startButton(runState);
 
@@ -80,7 +80,8 @@ std::string DefaultAppLocation() {
 
 ExitStatus RunOptimization(const std::string& settingsPath, const std::string& hostPath,
                            const TerminalStreams& streams) {
-    const std::string settings = settingsPath.empty() ? veltra::clsInfo_Settings::DefaultIniPath() : settingsPath;
+    const std::string settings =
+        settingsPath.empty() ? veltra::clsInfo_Settings::DefaultIniPath() : support::AbsolutePath(settingsPath);
     const std::string hostIni =
         hostPath.empty() ? support::JoinPath(support::FolderOf(settings), "Orvanel.ini") : hostPath;
     try {

@@ -2,34 +2,29 @@
 
 #include <csignal>
 
+#include "support/Platform.h"
+
 namespace cli {
 namespace {
 
 // A signal handler can reach nothing but a global of this type.
 volatile std::sig_atomic_t stopRequested = 0;
 
-void OnStopSignal(int signal) {
+void OnStopSignal(int) {
     stopRequested = 1;
-    std::signal(signal, OnStopSignal);
 }
 
 }  // namespace
 
 StopSignals::StopSignals() {
     stopRequested = 0;
-    std::signal(SIGINT, OnStopSignal);
-    std::signal(SIGTERM, OnStopSignal);
-}
-
-StopSignals::~StopSignals() {
-    std::signal(SIGINT, SIG_DFL);
-    std::signal(SIGTERM, SIG_DFL);
+    handlers_ = support::CatchStopSignals(OnStopSignal);
 }
 
 bool StopSignals::TakeRequest() {
-    const bool requested = stopRequested != 0;
+    if (stopRequested == 0) return false;
     stopRequested = 0;
-    return requested;
+    return true;
 }
 
 }  // namespace cli

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+
 namespace cli {
 
 /// Ctrl-C and a request to terminate, taken as requests to abort the run while one of these lives. Later ones are taken
@@ -7,12 +9,12 @@ namespace cli {
 class StopSignals {
   public:
     StopSignals();
-    ~StopSignals();
-    StopSignals(const StopSignals&) = delete;
-    StopSignals& operator=(const StopSignals&) = delete;
 
     /// @return true once for every time that at least one signal has come in since the last call
     bool TakeRequest();
+
+  private:
+    std::shared_ptr<void> handlers_;
 };
 
 }  // namespace cli

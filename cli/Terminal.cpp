@@ -103,6 +103,7 @@ void TerminalDisplay::DrawStatusLine() {
 }
 
 void TerminalMessageBoxes::Show(const std::string& strText, ports::MessageIcon) {
+    wasUsed_ = true;
     display_.ClearStatusLine();
     streams_.err << "Veltra: " << WithLineFeeds(strText) << '\n' << std::flush;
 }
@@ -116,6 +117,7 @@ ports::FolderChooser::Choice TerminalFolderChooser::ChooseFolder(const std::stri
     Choice choice;
     if (!streams_.inIsTerminal || !support::FolderExists(strProjectPath)) return choice;
     const std::vector<std::string> folders = support::SubFolders(strProjectPath);
+    display_.ClearStatusLine();
     streams_.err << "Please select location of Data folder:\n" << strProjectPath << '\n';
     for (std::size_t i = 0; i < folders.size(); ++i)
         streams_.err << "  " << i + 1 << "  " << folders[i] << '\n';

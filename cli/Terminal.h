@@ -70,21 +70,25 @@ class TerminalMessageBoxes : public ports::MessageBoxes {
 
     void Show(const std::string& strText, ports::MessageIcon icon) override;
     bool AskYesNo(const std::string& strQuestion) override;
+    bool WasUsed() const { return wasUsed_; }
 
   private:
     TerminalStreams streams_;
     TerminalDisplay& display_;
+    bool wasUsed_ = false;
 };
 
 /// Asks for a folder by its number; cancelled where nobody can answer.
 class TerminalFolderChooser : public ports::FolderChooser {
   public:
-    explicit TerminalFolderChooser(const TerminalStreams& streams) : streams_(streams) {}
+    TerminalFolderChooser(const TerminalStreams& streams, TerminalDisplay& display)
+        : streams_(streams), display_(display) {}
 
     Choice ChooseFolder(const std::string& strProjectPath) override;
 
   private:
     TerminalStreams streams_;
+    TerminalDisplay& display_;
 };
 
 }  // namespace cli

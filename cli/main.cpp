@@ -1,10 +1,12 @@
-#include <unistd.h>
-
 #include <iostream>
 
 #include "cli/Commands.h"
+#include "support/Platform.h"
 
 int main(int argc, char** argv) {
+    using support::IsTerminal;
+    using support::StandardStream;
     return cli::RunCommandLine(
-        argc, argv, {std::cout, std::cerr, std::cin, ::isatty(STDERR_FILENO) != 0, ::isatty(STDIN_FILENO) != 0});
+        argc, argv,
+        {std::cout, std::cerr, std::cin, IsTerminal(StandardStream::Error), IsTerminal(StandardStream::Input)});
 }

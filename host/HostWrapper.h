@@ -57,8 +57,8 @@ class HostWrapper {
     std::string errorDescription_;
 };
 
-/// A message without values.
-inline auto Text(const char* message) {
+/// Gives a message without values.
+inline auto FixedMessage(const char* message) {
     return [message] { return std::string(message); };
 }
 

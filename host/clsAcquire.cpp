@@ -50,7 +50,7 @@ void clsAcquire::OpenMethod(const std::string& path) {
 
 void clsAcquire::Step1_Load(const std::string& strRecentMethodFilePath) {
     if (!ErrorOccurred()) OpenMethod(strRecentMethodFilePath);
-    Step([&] { FindMassSpecMethod(); }, Text("Acquire: Error during getting of mass spec method"));
+    Step([&] { FindMassSpecMethod(); }, FixedMessage("Acquire: Error during getting of mass spec method"));
     Step(
         [&] {
             period_ = massSpecMethod_->HostGetPeriod(0);
@@ -92,7 +92,7 @@ void clsAcquire::Step2_InitializeMethod(std::int16_t intScanType, std::int16_t i
             experiment.HostSetQ1Resolution(isER ? openResolution : runState_.settings.Q1Resolution);
             Required(period_).HostResetPeriodParameters();
         },
-        Text("Acquire: Error during method initialization"));
+        FixedMessage("Acquire: Error during method initialization"));
 }
 
 void clsAcquire::Step3a_SetMassRange(double dblStart, double dblStop, double dblStep, std::int32_t& pLngIndex) {
@@ -202,7 +202,7 @@ void clsAcquire::Step4f_SetFillTime(bool blnDynamicFillTime, bool blnQ0Trap, dou
             experiment.HostSetQ0Trapping(blnQ0Trap ? 1 : 0);
             experiment.HostSetDynamicFillTime(blnDynamicFillTime ? 1 : 0);
         },
-        Text("Acquire: Error during setting of fill time"));
+        FixedMessage("Acquire: Error during setting of fill time"));
 }
 
 void clsAcquire::Step4g_SetNumOfCycles(std::int32_t lngNumOfCycles) {
@@ -217,7 +217,7 @@ void clsAcquire::Step5_SaveAsNewMethod(const std::string& strMethodFilePath) {
 
 void clsAcquire::OptimizeMassRange() {
     Step([&] { Required(extendedExperiment_).HostOptimizeMassRange(); },
-         Text("Acquire: Error during optimization of mass range"));
+         FixedMessage("Acquire: Error during optimization of mass range"));
 }
 
 void clsAcquire::SetExcitationTimeForDasmyrSeries() {
@@ -229,7 +229,7 @@ void clsAcquire::SetExcitationTimeForDasmyrSeries() {
 double clsAcquire::GetExpectedDuration() {
     double durationMs = 0;
     Step([&] { durationMs = Required(massSpecMethod_).HostGetExpectedDuration(); },
-         Text("Acquire: Error getting the expected duration"));
+         FixedMessage("Acquire: Error getting the expected duration"));
     return ErrorOccurred() ? 0 : durationMs;
 }
 
@@ -255,7 +255,7 @@ void clsAcquire::UpdateInitialCompoundParams() {
                 param->Current = value;
             }
         },
-        Text("Acquire: Error during updating of initial compound parameters"));
+        FixedMessage("Acquire: Error during updating of initial compound parameters"));
 }
 
 }  // namespace veltra

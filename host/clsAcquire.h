@@ -43,7 +43,8 @@ class clsAcquire : public HostWrapper {
     void Step5_SaveAsNewMethod(const std::string& strMethodFilePath);
 
     void OptimizeMassRange();
-    /// Has no error handling of its own: on a failed object it throws.
+    /// Has no error handling of its own and does not look at earlier failures: it throws what the host throws, and when
+    /// no method is loaded.
     void SetExcitationTimeForDasmyrSeries();
     /// @return ms; 0 when the object has failed
     double GetExpectedDuration();

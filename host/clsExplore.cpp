@@ -29,7 +29,7 @@ clsExplore::clsExplore(ports::Host& host) {
             chromatogram_ = exploration_->CreateChromatogramData();
             spectrum_ = exploration_->CreateSpectrumData();
         },
-        Text("Explore Data: Error during Explore Data initialization"));
+        FixedMessage("Explore Data: Error during Explore Data initialization"));
 }
 
 clsExplore::~clsExplore() = default;
@@ -45,17 +45,18 @@ void clsExplore::Initialize(const std::string& strVeskFilePath) {
 }
 
 void clsExplore::Chrom_LoadTIC() {
-    Step([&] { chromatogram_->ExploreLoadTIC(sample, period, experiment); }, Text("Explore Data: Error loading TIC"));
+    Step([&] { chromatogram_->ExploreLoadTIC(sample, period, experiment); },
+         FixedMessage("Explore Data: Error loading TIC"));
 }
 
 void clsExplore::Chrom_LoadXIC(double dblMassStart, double dblMassStop) {
     Step([&] { chromatogram_->ExploreLoadXIC(sample, period, experiment, dblMassStart, dblMassStop); },
-         Text("Explore Data: Error loading XIC"));
+         FixedMessage("Explore Data: Error loading XIC"));
 }
 
 void clsExplore::Chrom_LoadXICOverlay(std::int16_t intIndex) {
     Step([&] { chromatogram_->ExploreLoadXICOverlay(sample, period, experiment, intIndex); },
-         Text("Explore Data: Error loading XIC overlay"));
+         FixedMessage("Explore Data: Error loading XIC overlay"));
 }
 
 double clsExplore::Chrom_GetOptimalValue(bool& pBlnOptimalFound) {
@@ -69,7 +70,7 @@ double clsExplore::Chrom_GetOptimalValue(bool& pBlnOptimalFound) {
             optimum = chromatogram_->ExplorePointX(1);
             pBlnOptimalFound = true;
         },
-        Text("Explore Data: Error getting optimal value"));
+        FixedMessage("Explore Data: Error getting optimal value"));
     return optimum;
 }
 
@@ -106,7 +107,7 @@ void clsExplore::Chrom_SmoothGraph(std::int16_t intNumOfSmoothes) {
             for (int pass = 0; pass < intNumOfSmoothes; ++pass)
                 smoothing->ExploreSmooth(*chromatogram_, parameters);
         },
-        Text("Explore Data: Error during smoothing of graph"));
+        FixedMessage("Explore Data: Error during smoothing of graph"));
 }
 
 void clsExplore::Spectrum_LoadSpectrum() {
@@ -121,12 +122,12 @@ void clsExplore::Spectrum_LoadSpectrum() {
             const auto stop = static_cast<float>(chromatogram_->ExplorePointX(count)) * secondsPerMinute;
             spectrum_->ExploreLoadSpectrumByTime(sample, period, experiment, start, stop);
         },
-        Text("Explore Data: Error loading spectrum"));
+        FixedMessage("Explore Data: Error loading spectrum"));
 }
 
 void clsExplore::Spectrum_LoadCycleDependentSpectrum(std::int16_t intCycle) {
     Step([&] { spectrum_->ExploreLoadSpectrumByCycle(sample, intCycle, intCycle); },
-         Text("Explore Data: Error loading cycle dependent spectrum"));
+         FixedMessage("Explore Data: Error loading cycle dependent spectrum"));
 }
 
 std::unique_ptr<ports::PeakList> clsExplore::LoadedPeakList() const {
@@ -183,7 +184,7 @@ ChromDataReference clsExplore::GetChromDataObject() {
             data->ExploreSortPoints(true, true);
             copy = std::move(data);
         },
-        Text("Explore Data: Error during getting copy of chromatogram data object"));
+        FixedMessage("Explore Data: Error during getting copy of chromatogram data object"));
     return copy;
 }
 
@@ -195,7 +196,7 @@ SpecDataReference clsExplore::GetSpecDataObject() {
             CopyData(*spectrum_, *data);
             copy = std::move(data);
         },
-        Text("Explore Data: Error during getting copy of spectrum data object"));
+        FixedMessage("Explore Data: Error during getting copy of spectrum data object"));
     return copy;
 }
 

@@ -47,11 +47,11 @@ void clsQueue::StartQueue() {
             PumpAndPause(settlingMs);
             queueServer_->HostQueueRun();
         },
-        Text("Queue: Error starting Queue"));
+        FixedMessage("Queue: Error starting Queue"));
 }
 
 void clsQueue::WaitForQueueComplete(double dblExpectedTimeInMSec) {
-    Step([&] { Wait(dblExpectedTimeInMSec); }, Text("Queue: Error during wait for Queue to complete"));
+    Step([&] { Wait(dblExpectedTimeInMSec); }, FixedMessage("Queue: Error during wait for Queue to complete"));
 }
 
 void clsQueue::Wait(double expectedTimeMs) {

@@ -11,7 +11,7 @@ clsTolmBatch::clsTolmBatch(ports::Host& host) {
             service_ = host.TolmCreateService();
             Service().TolmInitialize();
         },
-        Text("Tolm Batch: Error during Tolm initialization"));
+        FixedMessage("Tolm Batch: Error during Tolm initialization"));
 }
 
 clsTolmBatch::~clsTolmBatch() = default;
@@ -36,7 +36,7 @@ void clsTolmBatch::Step1_TolmLogon(const std::string& strProjectPath, const std:
             session_ = Service().TolmLogon("", "", "", "", "Veltra");
             Service().TolmSelectProject(session_, strProjectPath, strProjectName);
         },
-        Text("Tolm Batch: Error during Tolm logon"));
+        FixedMessage("Tolm Batch: Error during Tolm logon"));
 }
 
 void clsTolmBatch::Step2_CreateNewTolmBatch(const std::string& strBatchFileName, const std::string& strMethodFileName,
@@ -60,11 +60,12 @@ void clsTolmBatch::Step2_CreateNewTolmBatch(const std::string& strBatchFileName,
             batch.TolmSetSampleField(set, sample, Field::SampleId, "N/A");
             batch.TolmSetSampleField(set, sample, Field::RackPosition, "0");
         },
-        Text("Tolm Batch: Error during creation of new Tolm Batch"));
+        FixedMessage("Tolm Batch: Error during creation of new Tolm Batch"));
 }
 
 void clsTolmBatch::Step3a_SubmitTolmBatch() {
-    Step([&] { Service().TolmSubmitBatch(session_, Batch()); }, Text("Tolm Batch: Error submitting Tolm Batch"));
+    Step([&] { Service().TolmSubmitBatch(session_, Batch()); },
+         FixedMessage("Tolm Batch: Error submitting Tolm Batch"));
 }
 
 std::string clsTolmBatch::Step3b_SaveTolmBatch(const std::string& strBatchFileName) {
@@ -85,7 +86,7 @@ void clsTolmBatch::Step4_TolmLogoff() {
             Service().TolmLogoff(session_);
             session_.clear();
         },
-        Text("Tolm Batch: Error during Tolm logoff"));
+        FixedMessage("Tolm Batch: Error during Tolm logoff"));
 }
 
 std::string clsTolmBatch::GetWindowsUserName() {
@@ -95,7 +96,7 @@ std::string clsTolmBatch::GetWindowsUserName() {
             const std::string current = support::CurrentUserName();
             if (!current.empty()) name = current;
         },
-        Text("Tolm Batch: Error getting current user name"));
+        FixedMessage("Tolm Batch: Error getting current user name"));
     return name;
 }
 

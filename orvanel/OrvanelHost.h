@@ -33,6 +33,7 @@ struct ProjectFacts {
     int polarity = 0;
     double lowestFragmentMz = 0;
     double highestFragmentMz = 0;
+    double dpRampEnd = 0;   ///< V, a declustering potential at which the ion falls apart already
     double fragmentCe = 0;  ///< V, mean of the fragments' best collision energies; 0 when the compound file states none
 };
 

@@ -1,6 +1,5 @@
 #include <algorithm>
 #include <cmath>
-#include <filesystem>
 
 #include "orvanel/CompoundFolder.h"
 #include "orvanel/HostErrorNumbers.h"
@@ -37,16 +36,6 @@ constexpr double excitationShare = 0.3;  ///< of the AF2 scale's end
 
 [[noreturn]] void Fail(const std::string& text) {
     throw ports::HostError(errorNumber::badProject, text);
-}
-
-std::string AbsolutePath(const std::string& path) {
-    const std::string native = support::NativePath(path);
-    const auto absolute =
-        std::filesystem::absolute(std::u8string(native.begin(), native.end())).lexically_normal().u8string();
-    std::string text(absolute.begin(), absolute.end());
-    while (text.size() > 1 && support::IsPathSeparator(text.back()))
-        text.pop_back();
-    return text;
 }
 
 /// The magnitude moved into what the model takes.
@@ -141,6 +130,7 @@ ProjectFacts FactsOf(const Compound& compound) {
         facts.lowestFragmentMz = first ? node.mz : std::min(facts.lowestFragmentMz, node.mz);
         facts.highestFragmentMz = std::max(facts.highestFragmentMz, node.mz);
     }
+    facts.dpRampEnd = compound.dpHigh;
     for (const auto& planted : compound.truth)
         facts.fragmentCe += planted.ce / static_cast<double>(compound.truth.size());
     return facts;
@@ -176,7 +166,7 @@ ProjectFacts CreateProject(const NewProject& project) {
     const auto models = LoadInstrumentModels(ModelsFolder(project.appLocation));
     const MethodDocument method = StarterMethod(FindModel(models, project.modelCode), compound);
 
-    const std::string folder = AbsolutePath(project.folder);
+    const std::string folder = support::AbsolutePath(project.folder);
     const std::string projectFolder = support::JoinPath(support::JoinPath(folder, "Projects"), project.projectName);
     const std::string methods = support::JoinPath(projectFolder, "Acquisition Methods");
     ProjectFacts facts = FactsOf(compound);
@@ -192,9 +182,9 @@ ProjectFacts CreateProject(const NewProject& project) {
         support::CreateFolders(methods);
         support::CreateFolders(support::JoinPath(projectFolder, "Data"));
         WriteMethodFile(facts.starterMethodPath, method);
-        support::WriteWholeFile(
-            facts.orvanelIniPath,
-            IniText(project, isPath ? AbsolutePath(compoundFile) : project.compound, method.MassSpec()->operatingMode));
+        support::WriteWholeFile(facts.orvanelIniPath,
+                                IniText(project, isPath ? support::AbsolutePath(compoundFile) : project.compound,
+                                        method.MassSpec()->operatingMode));
     } catch (const support::FileError& error) {
         Fail(error.what());
     }

@@ -44,8 +44,8 @@ ParameterRamp DPRamp(const RunState& run, const char* id) {
             run.settings.Advanced_Q1MIDPRampStep};
 }
 
-/// A low EP changes what reaches the first quadrupole enough for DP to be worth a second look. The two polarities are
-/// judged differently on purpose; any other polarity code never asks for it.
+/// DP is looked at again where EP came out low. The two polarities are judged differently on purpose; any other
+/// polarity code never asks for it.
 bool NeedsSecondDPRamp(const RunState& run) {
     constexpr float limit = 10;
     const float ep = run.results->EP.Current;

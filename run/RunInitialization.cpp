@@ -12,7 +12,7 @@
 namespace veltra {
 namespace {
 
-/// A folder's name with the system's separators around or behind it.
+/// The "Data" folder in a folder, ending in a separator.
 std::string DataFolderIn(const std::string& folder) {
     return support::JoinPath(folder, "Data") + support::PathSeparator();
 }
@@ -64,7 +64,10 @@ bool RunInitialization::WarnOf(HostWrapper& wrapper) {
 bool RunInitialization::AttachToHost() {
     failureMessage_ = "You must start Orvanel before running the optimization";
     runState_.hostApplication = runState_.host.AttachToRunningApplication();
-    return runState_.hostApplication ? true : Warn(failureMessage_);
+    if (!runState_.hostApplication) return Warn(failureMessage_);
+    // Without the model nobody knows whether EP and CEP can be optimised, nor on which scale AF2 is.
+    if (runState_.InstrumentModelCode == 0) return Warn("The instrument model cannot be read from Orvanel");
+    return true;
 }
 
 bool RunInitialization::ReadStarterMethod() {

@@ -56,7 +56,7 @@ bool clsScan_SaveFinalMS3::Generate(const FinalMethod& method) {
         // The excitation time is set without error handling; on a failed object the first failure is what counts.
         if (!acquire.ErrorOccurred()) {
             acquire.ErrorOccurred(true);
-            acquire.ErrorDescription("Unexpected error" + ErrorSuffix(error));
+            acquire.ErrorDescription("Error during creation of the final method" + ErrorSuffix(error));
         }
     }
     if (acquire.ErrorOccurred()) {

@@ -7,6 +7,11 @@
 #include "support/modFileUtils.h"
 
 namespace veltra {
+namespace {
+
+constexpr const char* batchNotSubmitted = "Unable to create and submit batch";
+
+}  // namespace
 
 void ScanStage::StopAfterFailure(HostWrapper& wrapper) {
     runState_.AbortRequested = true;
@@ -19,25 +24,34 @@ void ScanStage::StopWithoutFinding(const std::string& text) {
     runState_.AbortRequested = true;
 }
 
-void ScanStage::Guarded(const std::function<void()>& step) {
+bool ScanStage::Guarded(const std::string& message, const std::function<void()>& step) {
     try {
         step();
+        return true;
     } catch (const std::exception& error) {
         runState_.AbortRequested = true;
-        const std::string text = "Unexpected error" + ErrorSuffix(error);
+        const std::string text = message + ErrorSuffix(error);
         runState_.messageBoxes.Show(text, ports::MessageIcon::Critical);
         runState_.WriteLogLine(text);
+        return false;
     }
+}
+
+void ScanStage::LogMethodNotCreated(const clsItem_FilePaths& filePaths) const {
+    runState_.WriteLogLine("Unable to create " + support::GetFolderNameAtDepth(filePaths.MethodFilePath, 0));
 }
 
 bool ScanStage::Acquire(const clsItem_FilePaths& filePaths, const std::function<void(clsAcquire&)>& buildMethod) {
     runState_.display.MessageUpdate("Creating method and submitting batch...");
     double expectedDurationMs = 0;
-    Guarded([&] { expectedDurationMs = CreateMethod(filePaths, buildMethod); });
+    if (!Guarded("Error during creation of the acquisition method",
+                 [&] { expectedDurationMs = CreateMethod(filePaths, buildMethod); }))
+        LogMethodNotCreated(filePaths);
     if (runState_.AbortRequested) return false;
-    Guarded([&] { CreateAndSubmitBatch(filePaths); });
+    if (!Guarded("Error during creation and submission of the batch", [&] { CreateAndSubmitBatch(filePaths); }))
+        runState_.WriteLogLine(batchNotSubmitted);
     if (runState_.AbortRequested) return false;
-    Guarded([&] { WaitForAcquisition(expectedDurationMs); });
+    Guarded("Error during the wait for the acquisition", [&] { WaitForAcquisition(expectedDurationMs); });
     if (runState_.AbortRequested) return false;
     runState_.display.MessageUpdate("Processing results...");
     return true;
@@ -46,12 +60,11 @@ bool ScanStage::Acquire(const clsItem_FilePaths& filePaths, const std::function<
 double ScanStage::CreateMethod(const clsItem_FilePaths& filePaths,
                                const std::function<void(clsAcquire&)>& buildMethod) {
     clsAcquire acquire(runState_);
-    acquire.Step1_Load(filePaths.LastMethodFilePath);
     buildMethod(acquire);
     const double expectedDurationMs = acquire.GetExpectedDuration();
     if (!acquire.ErrorOccurred()) return expectedDurationMs;
     StopAfterFailure(acquire);
-    runState_.WriteLogLine("Unable to create " + support::GetFolderNameAtDepth(filePaths.MethodFilePath, 0));
+    LogMethodNotCreated(filePaths);
     return 0;
 }
 
@@ -62,7 +75,7 @@ void ScanStage::CreateAndSubmitBatch(const clsItem_FilePaths& filePaths) {
     batch.Step3a_SubmitTolmBatch();
     if (!batch.ErrorOccurred()) return;
     StopAfterFailure(batch);
-    runState_.WriteLogLine("Unable to create and submit batch");
+    runState_.WriteLogLine(batchNotSubmitted);
 }
 
 void ScanStage::WaitForAcquisition(double expectedDurationMs) {
@@ -73,7 +86,7 @@ void ScanStage::WaitForAcquisition(double expectedDurationMs) {
 
 bool ScanStage::Explore(const std::string& strVeskFilePath, const std::function<void(clsExplore&)>& steps) {
     bool succeeded = false;
-    Guarded([&] {
+    Guarded("Error during exploration of " + strVeskFilePath, [&] {
         clsExplore explore(runState_.host);
         explore.Initialize(strVeskFilePath);
         steps(explore);

@@ -21,7 +21,8 @@ class ScanStage {
     ScanStage(const ScanStage&) = delete;
     ScanStage& operator=(const ScanStage&) = delete;
 
-    /// Builds the method from LastMethodFilePath, saved by the given steps to MethodFilePath, and acquires with it.
+    /// Lets the given steps build the method (load LastMethodFilePath, edit, save as MethodFilePath) and acquires with
+    /// it.
     /// @return false when the run is to stop; there is nothing to explore then
     bool Acquire(const clsItem_FilePaths& filePaths, const std::function<void(clsAcquire&)>& buildMethod);
 
@@ -42,7 +43,10 @@ class ScanStage {
     void CreateAndSubmitBatch(const clsItem_FilePaths& filePaths);
     void WaitForAcquisition(double expectedDurationMs);
     /// Runs one step; what it does not report by itself counts like a reported failure.
-    void Guarded(const std::function<void()>& step);
+    /// @param message what the failure is told as
+    /// @return false after such a failure
+    bool Guarded(const std::string& message, const std::function<void()>& step);
+    void LogMethodNotCreated(const clsItem_FilePaths& filePaths) const;
 };
 
 }  // namespace veltra

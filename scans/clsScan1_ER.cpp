@@ -7,23 +7,24 @@ namespace veltra {
 
 std::shared_ptr<clsItem_Peak> clsScan1_ER::Scan(double dblExpectedMZ, const clsItem_FilePaths& pObjFilePathsItem) {
     expectedMz_ = dblExpectedMZ;
-    const auto build = [&](clsAcquire& acquire) { BuildMethod(acquire, pObjFilePathsItem.MethodFilePath); };
+    const auto build = [&](clsAcquire& acquire) { BuildMethod(acquire, pObjFilePathsItem); };
     if (!Acquire(pObjFilePathsItem, build)) return nullptr;
     return ExploreGeneratedVesk(pObjFilePathsItem.VeskFilePath);
 }
 
-void clsScan1_ER::BuildMethod(clsAcquire& acquire, const std::string& methodFilePath) {
+void clsScan1_ER::BuildMethod(clsAcquire& acquire, const clsItem_FilePaths& filePaths) {
     constexpr double halfWindowDa = 15.0;
     constexpr float transferCE = 10.0F;
     const ScanRate scanRate = GetScanRate(runState_, ScanTypeCode::ER, runState_.settings.Advanced_ERScanRate);
 
+    acquire.Step1_Load(filePaths.LastMethodFilePath);
     acquire.Step2_InitializeMethod(static_cast<std::int16_t>(ScanTypeCode::ER), scansToSum);
     std::int32_t index = 0;
     acquire.Step3a_SetMassRange(expectedMz_ - halfWindowDa, expectedMz_ + halfWindowDa, scanRate.stepDa, index);
     SetScanRateAndDwellTime(acquire, scanRate);
     SetCompoundParams(acquire, runState_, transferCE);
     acquire.Step4g_SetNumOfCycles(runState_.settings.Advanced_ERCycles);
-    acquire.Step5_SaveAsNewMethod(methodFilePath);
+    acquire.Step5_SaveAsNewMethod(filePaths.MethodFilePath);
 }
 
 std::shared_ptr<clsItem_Peak> clsScan1_ER::ExploreGeneratedVesk(const std::string& strVeskFilePath) {

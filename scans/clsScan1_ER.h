@@ -19,7 +19,7 @@ class clsScan1_ER : private ScanStage {
     std::shared_ptr<clsItem_Peak> ExploreGeneratedVesk(const std::string& strVeskFilePath);
 
   private:
-    void BuildMethod(clsAcquire& acquire, const std::string& methodFilePath);
+    void BuildMethod(clsAcquire& acquire, const clsItem_FilePaths& filePaths);
 
     double expectedMz_ = 0;
 };

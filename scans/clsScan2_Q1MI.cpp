@@ -9,19 +9,20 @@ double clsScan2_Q1MI::Scan(double dblQ1Mass, double dblDwellTime, const std::str
     q1Mass_ = dblQ1Mass;
     dwellTimeMs_ = dblDwellTime;
     const ParameterRamp ramp{strParamId == "REOPTDP" ? "DP" : strParamId, sglStart, sglStop, sglStep};
-    const auto build = [&](clsAcquire& acquire) { BuildMethod(acquire, ramp, pObjFilePathsItem.MethodFilePath); };
+    const auto build = [&](clsAcquire& acquire) { BuildMethod(acquire, ramp, pObjFilePathsItem); };
     if (!Acquire(pObjFilePathsItem, build)) return 0;
     return ExploreVesk(pObjFilePathsItem.VeskFilePath, strParamId);
 }
 
-void clsScan2_Q1MI::BuildMethod(clsAcquire& acquire, const ParameterRamp& ramp, const std::string& methodFilePath) {
+void clsScan2_Q1MI::BuildMethod(clsAcquire& acquire, const ParameterRamp& ramp, const clsItem_FilePaths& filePaths) {
+    acquire.Step1_Load(filePaths.LastMethodFilePath);
     acquire.Step2_InitializeMethod(static_cast<std::int16_t>(ScanTypeCode::Q1MI), scansToSum);
     std::int32_t index = 0;
     acquire.Step3a_SetMassRange(q1Mass_, q1Mass_, 0, index);
     acquire.Step4b_SetDwellTime(dwellTimeMs_);
     SetCompoundParams(acquire, runState_, runState_.results->CE.Current);
     acquire.Step4d_SetRampingParamAndNumCycles(ramp.id, ramp.start, ramp.stop, ramp.step);
-    acquire.Step5_SaveAsNewMethod(methodFilePath);
+    acquire.Step5_SaveAsNewMethod(filePaths.MethodFilePath);
 }
 
 double clsScan2_Q1MI::ExploreVesk(const std::string& strVeskFilePath, const std::string& strParamId) {

@@ -21,7 +21,7 @@ class clsScan2_Q1MI : private ScanStage {
                 float sglStep, const clsItem_FilePaths& pObjFilePathsItem);
 
   private:
-    void BuildMethod(clsAcquire& acquire, const ParameterRamp& ramp, const std::string& methodFilePath);
+    void BuildMethod(clsAcquire& acquire, const ParameterRamp& ramp, const clsItem_FilePaths& filePaths);
     double ExploreVesk(const std::string& strVeskFilePath, const std::string& strParamId);
     void StoreGraph(const std::string& strParamId, ChromDataReference graph);
 

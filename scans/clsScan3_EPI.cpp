@@ -7,17 +7,16 @@ namespace veltra {
 std::optional<TopPeakCollection> clsScan3_EPI::Scan(double dblMass, float sglCE, float sglCES,
                                                     const clsItem_FilePaths& pObjFilePathsItem) {
     firstPrecursor_ = dblMass;
-    const auto build = [&](clsAcquire& acquire) {
-        BuildMethod(acquire, sglCE, sglCES, pObjFilePathsItem.MethodFilePath);
-    };
+    const auto build = [&](clsAcquire& acquire) { BuildMethod(acquire, sglCE, sglCES, pObjFilePathsItem); };
     if (!Acquire(pObjFilePathsItem, build)) return std::nullopt;
     return ExploreGeneratedVesk(pObjFilePathsItem.VeskFilePath);
 }
 
-void clsScan3_EPI::BuildMethod(clsAcquire& acquire, float ce, float ces, const std::string& methodFilePath) {
+void clsScan3_EPI::BuildMethod(clsAcquire& acquire, float ce, float ces, const clsItem_FilePaths& filePaths) {
     const auto& settings = runState_.settings;
     const ScanRate scanRate = GetScanRate(runState_, ScanTypeCode::EPI, settings.Advanced_EPIScanRate);
 
+    acquire.Step1_Load(filePaths.LastMethodFilePath);
     acquire.Step2_InitializeMethod(static_cast<std::int16_t>(ScanTypeCode::EPI), scansToSum);
     std::int32_t index = 0;
     acquire.Step3a_SetMassRange(static_cast<double>(settings.Advanced_EPIMassStart),
@@ -28,12 +27,12 @@ void clsScan3_EPI::BuildMethod(clsAcquire& acquire, float ce, float ces, const s
     acquire.Step4c_SetCompoundParam("CES", ces);
     SetPrecursorParams(acquire, runState_);
     acquire.Step4c_SetCompoundParam("AF2", runState_.results->AF2.Current);
-    acquire.Step5_SaveAsNewMethod(methodFilePath);
+    acquire.Step5_SaveAsNewMethod(filePaths.MethodFilePath);
     // The range is optimised on the saved method.
-    acquire.Step1_Load(methodFilePath);
+    acquire.Step1_Load(filePaths.MethodFilePath);
     acquire.OptimizeMassRange();
     acquire.Step4g_SetNumOfCycles(settings.Advanced_EPICycles);
-    acquire.Step5_SaveAsNewMethod(methodFilePath);
+    acquire.Step5_SaveAsNewMethod(filePaths.MethodFilePath);
 }
 
 TopPeakCollection clsScan3_EPI::ExploreGeneratedVesk(const std::string& strVeskFilePath) {

@@ -24,7 +24,7 @@ class clsScan3_EPI : private ScanStage {
     TopPeakCollection ExploreGeneratedVesk(const std::string& strVeskFilePath);
 
   private:
-    void BuildMethod(clsAcquire& acquire, float ce, float ces, const std::string& methodFilePath);
+    void BuildMethod(clsAcquire& acquire, float ce, float ces, const clsItem_FilePaths& filePaths);
 
     double firstPrecursor_ = 0;
 };

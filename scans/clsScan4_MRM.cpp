@@ -11,6 +11,7 @@ void clsScan4_MRM::Scan(double dblQ1Mass, TopPeakCollection& pColTopPeaksInfo, c
                         float sglStart, float sglStop, float sglStep, const clsItem_FilePaths& pObjFilePathsItem) {
     q1Mass_ = dblQ1Mass;
     const bool acquired = Acquire(pObjFilePathsItem, [&](clsAcquire& acquire) {
+        acquire.Step1_Load(pObjFilePathsItem.LastMethodFilePath);
         acquire.Step2_InitializeMethod(static_cast<std::int16_t>(ScanTypeCode::MRM), scansToSum);
         for (const auto& record : pColTopPeaksInfo) {
             // A transition goes in as Q1, 0, Q3: the host reads a mass range so in this scan type.

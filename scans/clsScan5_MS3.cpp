@@ -10,7 +10,7 @@ void clsScan5_MS3::Scan(double dblFirstPrecursor, clsItem_TopPeak& pObjTopPeakIt
     secondPrecursor_ = pObjTopPeakItem.SecondPrecursor->CentroidMass;
     rampStep_ = sglStep;
     const ParameterRamp ramp{strParamId, sglStart, sglStop, sglStep};
-    const auto build = [&](clsAcquire& acquire) { BuildMethod(acquire, ramp, pObjFilePathsItem.MethodFilePath); };
+    const auto build = [&](clsAcquire& acquire) { BuildMethod(acquire, ramp, pObjFilePathsItem); };
     if (!Acquire(pObjFilePathsItem, build)) return;
 
     const Findings findings = ExploreVesk(pObjFilePathsItem.VeskFilePath);
@@ -20,11 +20,12 @@ void clsScan5_MS3::Scan(double dblFirstPrecursor, clsItem_TopPeak& pObjTopPeakIt
     pObjTopPeakItem.MS3PercentBelowThreshold = findings.percentBelowThreshold;
 }
 
-void clsScan5_MS3::BuildMethod(clsAcquire& acquire, const ParameterRamp& ramp, const std::string& methodFilePath) {
+void clsScan5_MS3::BuildMethod(clsAcquire& acquire, const ParameterRamp& ramp, const clsItem_FilePaths& filePaths) {
     const auto& settings = runState_.settings;
     const ScanRate scanRate = GetScanRate(runState_, ScanTypeCode::MS3, settings.Advanced_MS3ScanRate);
     constexpr bool dynamicFillTime = false;
 
+    acquire.Step1_Load(filePaths.LastMethodFilePath);
     acquire.Step2_InitializeMethod(static_cast<std::int16_t>(ScanTypeCode::MS3), scansToSum);
     std::int32_t index = 0;
     acquire.Step3a_SetMassRange(static_cast<double>(settings.Advanced_MS3MassStart),
@@ -34,11 +35,11 @@ void clsScan5_MS3::BuildMethod(clsAcquire& acquire, const ParameterRamp& ramp, c
     SetCompoundParams(acquire, runState_, runState_.results->CE.Current);
     acquire.Step4d_SetRampingParamAndNumCycles(ramp.id, ramp.start, ramp.stop, ramp.step);
     acquire.Step4f_SetFillTime(dynamicFillTime, settings.Advanced_MS3UseQ0Trapping, settings.Advanced_MS3FixedFillTime);
-    acquire.Step5_SaveAsNewMethod(methodFilePath);
+    acquire.Step5_SaveAsNewMethod(filePaths.MethodFilePath);
     // The range is optimised on the saved method.
-    acquire.Step1_Load(methodFilePath);
+    acquire.Step1_Load(filePaths.MethodFilePath);
     acquire.OptimizeMassRange();
-    acquire.Step5_SaveAsNewMethod(methodFilePath);
+    acquire.Step5_SaveAsNewMethod(filePaths.MethodFilePath);
 }
 
 clsScan5_MS3::Findings clsScan5_MS3::ExploreVesk(const std::string& strVeskFilePath) {

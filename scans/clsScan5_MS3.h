@@ -27,7 +27,7 @@ class clsScan5_MS3 : private ScanStage {
         bool percentBelowThreshold = false;
         PeakCollection thirdPrecursors;
     };
-    void BuildMethod(clsAcquire& acquire, const ParameterRamp& ramp, const std::string& methodFilePath);
+    void BuildMethod(clsAcquire& acquire, const ParameterRamp& ramp, const clsItem_FilePaths& filePaths);
     Findings ExploreVesk(const std::string& strVeskFilePath);
 
     double firstPrecursor_ = 0;

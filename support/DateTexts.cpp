@@ -1,19 +1,13 @@
 #include "support/DateTexts.h"
 
-#include <cstdlib>
-
 #include "support/Platform.h"
 
 namespace support {
 
 DateFormat DateFormatOfProcess() {
     DateFormat format;
-    for (const char* name : {"LC_ALL", "LC_TIME", "LANG"}) {
-        const char* value = std::getenv(name);
-        if (value == nullptr || *value == '\0') continue;
-        if (LocaleDatePatterns(value, format.shortDate, format.longTime)) format.localeName = value;
-        return format;
-    }
+    const std::string name = ProcessLocaleName();
+    if (!name.empty() && LocaleDatePatterns(name, format.shortDate, format.longTime)) format.localeName = name;
     return format;
 }
 

@@ -12,8 +12,8 @@ struct DateFormat {
     std::string localeName = "C";           ///< whose names of weekdays and months
 };
 
-/// The format of the process's locale (LC_ALL, LC_TIME or LANG, in this order); "M/D/YYYY h:mm:ss AM/PM" where none is
-/// set or the system does not know it.
+/// The format of the process's locale (the user's regional settings on Windows, elsewhere LC_ALL, LC_TIME or LANG, in
+/// this order); "M/D/YYYY h:mm:ss AM/PM" where none is set or the system does not know it.
 DateFormat DateFormatOfProcess();
 
 /// @param pattern a strftime pattern; "%-" before a letter drops a leading zero

@@ -28,6 +28,11 @@ std::string Utf8(const fs::path& path) {
     throw FileError(operation + " " + path + ": " + reason);
 }
 
+/// Why, in the same words on every system where they have them in common.
+std::string Reason(const std::error_code& error) {
+    return error.default_error_condition().message();
+}
+
 template <class Keep>
 std::vector<std::string> NamesIn(const std::string& path, Keep keep) {
     std::error_code error;
@@ -36,7 +41,7 @@ std::vector<std::string> NamesIn(const std::string& path, Keep keep) {
         std::error_code entryError;
         if (keep(*at, entryError)) names.push_back(Utf8(at->path().filename()));
     }
-    if (error) Fail("Cannot list", path, error.message());
+    if (error) Fail("Cannot list", path, Reason(error));
     return names;
 }
 
@@ -46,7 +51,7 @@ std::string ReadWholeFile(const std::string& path, std::uint64_t sizeLimit) {
     std::error_code error;
     if (fs::is_directory(Native(path), error)) Fail("Cannot read", path, "it is a folder");
     const auto size = fs::file_size(Native(path), error);
-    if (error) Fail("Cannot read", path, error.message());
+    if (error) Fail("Cannot read", path, Reason(error));
     if (size > sizeLimit)
         Fail("Cannot read", path,
              "it has " + std::to_string(size) + " bytes, more than the " + std::to_string(sizeLimit) + " allowed");
@@ -90,7 +95,7 @@ void AppendToFile(const std::string& path, std::string_view text) {
 void CreateFolders(const std::string& path) {
     std::error_code error;
     fs::create_directories(Native(path), error);
-    if (error) Fail("Cannot create folder", path, error.message());
+    if (error) Fail("Cannot create folder", path, Reason(error));
     if (!FolderExists(path)) Fail("Cannot create folder", path, "a file of that name is in the way");
 }
 

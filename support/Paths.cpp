@@ -1,6 +1,7 @@
 #include "support/Paths.h"
 
 #include <algorithm>
+#include <filesystem>
 
 #include "support/Platform.h"
 
@@ -16,6 +17,16 @@ std::string JoinPath(std::string_view folder, std::string_view name) {
     std::string path(folder);
     if (!path.empty() && !IsPathSeparator(path.back())) path += PathSeparator();
     return path.append(name);
+}
+
+std::string AbsolutePath(const std::string& path) {
+    const std::string native = NativePath(path);
+    const auto absolute =
+        std::filesystem::absolute(std::u8string(native.begin(), native.end())).lexically_normal().u8string();
+    std::string text(absolute.begin(), absolute.end());
+    while (text.size() > 1 && IsPathSeparator(text.back()))
+        text.pop_back();
+    return text;
 }
 
 std::string FileNameOf(std::string_view path) {

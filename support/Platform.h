@@ -22,6 +22,14 @@ std::string CurrentUserName();
 /// The folder of the running program, without a separator at its end; empty when the system does not tell.
 std::string ProgramFolder();
 
+enum class StandardStream { Input = 0, Output = 1, Error = 2 };
+/// Whether a person sits at the other end of the stream.
+bool IsTerminal(StandardStream stream);
+
+/// Lets the handler take Ctrl-C and requests to terminate until the result is destroyed. A read from the terminal that
+/// is under way ends then. A reader of our output that goes away is no reason to end meanwhile.
+std::shared_ptr<void> CatchStopSignals(void (*handler)(int signal));
+
 /// Starts a text viewer on the file and does not wait. @return false when none could be started
 bool StartTextViewer(const std::string& path);
 
@@ -40,7 +48,10 @@ std::string TemporaryNameFor(const std::string& path);
 
 std::tm LocalTime(std::time_t time);
 std::tm UtcTime(std::time_t time);
-/// strftime in a named locale; the "C" locale when the system does not know it.
+/// The locale whose dates and times this process writes; empty when none is set.
+std::string ProcessLocaleName();
+/// strftime in a named locale; the "C" locale when the system does not know it. On every system: the letters a A b B d
+/// m y Y H I M S p F D T R r and %, and "%-" before one that is a number, which drops its leading zeros.
 std::string FormatTime(const std::string& localeName, const std::string& pattern, const std::tm& time);
 /// The locale's strftime patterns for a short date and a long time; false when the locale is unknown or "C".
 bool LocaleDatePatterns(const std::string& localeName, std::string& shortDate, std::string& longTime);

@@ -4,6 +4,7 @@
 #include <langinfo.h>
 #include <locale.h>
 #include <pwd.h>
+#include <signal.h>
 #include <spawn.h>
 #include <sys/file.h>
 #include <sys/wait.h>
@@ -11,9 +12,11 @@
 
 #include <array>
 #include <cerrno>
+#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <memory>
+#include <utility>
 
 #include "support/Files.h"
 #include "support/IniDocument.h"
@@ -95,6 +98,27 @@ std::string ProgramFolder() {
     return error ? std::string() : program.parent_path().string();
 }
 
+bool IsTerminal(StandardStream stream) {
+    return ::isatty(static_cast<int>(stream)) != 0;
+}
+
+std::shared_ptr<void> CatchStopSignals(void (*handler)(int signal)) {
+    using Actions = std::array<std::pair<int, struct sigaction>, 3>;
+    const auto install = [](int signal, void (*action)(int)) {
+        struct sigaction wanted {};
+        struct sigaction before {};
+        wanted.sa_handler = action;  // without SA_RESTART, so that reads are interrupted
+        ::sigaction(signal, &wanted, &before);
+        return std::pair(signal, before);
+    };
+    return {new Actions{install(SIGINT, handler), install(SIGTERM, handler), install(SIGPIPE, SIG_IGN)},
+            [](Actions* before) {
+                for (const auto& [signal, action] : *before)
+                    ::sigaction(signal, &action, nullptr);
+                delete before;
+            }};
+}
+
 bool StartTextViewer(const std::string& path) {
     // Through a child that ends at once, so that the viewer is nobody's child here and leaves no zombie.
     std::string command = "xdg-open";
@@ -148,6 +172,12 @@ std::tm UtcTime(std::time_t time) {
     std::tm result{};
     ::gmtime_r(&time, &result);
     return result;
+}
+
+std::string ProcessLocaleName() {
+    for (const char* name : {"LC_ALL", "LC_TIME", "LANG"})
+        if (const char* value = std::getenv(name); value != nullptr && *value != '\0') return value;
+    return {};
 }
 
 std::string FormatTime(const std::string& localeName, const std::string& pattern, const std::tm& time) {

@@ -167,8 +167,8 @@ void RefuseRepetition(const Reader& reader, const support::IniDocument& document
 
 OrvanelConfig ReadOrvanelConfig(const std::string& iniPath, const std::string& defaultAppLocation) {
     OrvanelConfig config;
-    config.iniPath = iniPath;
-    config.dataLocation = WithoutSeparatorAtEnd(support::FolderOf(iniPath));
+    config.iniPath = support::AbsolutePath(iniPath);
+    config.dataLocation = WithoutSeparatorAtEnd(support::FolderOf(config.iniPath));
     config.appLocation = WithoutSeparatorAtEnd(defaultAppLocation);
     if (!support::FileExists(iniPath)) {
         config.running = false;

@@ -48,6 +48,11 @@ void AddUserParam(ParamContainer& container, const std::string& name, const std:
     container.userParams.emplace_back(name, value, type, unit);
 }
 
+/// AF2 is on the instrument model's own scale.
+CVID UnitOf(const std::string& parameterId) {
+    return parameterId == "AF2" ? CVID_Unknown : UO_volt;
+}
+
 std::string ParameterText(const std::vector<Parameter>& table, const std::string& id) {
     const auto value = FindParameter(table, id);
     return value ? RoundTripText(DecimalValue(*value)) : std::string();
@@ -101,9 +106,12 @@ void MzmlBuilder::DescribeFile(msdata::MSData& document) const {
     AddUserParam(content, "scans summed", std::to_string(data_.experiment.scansToSum), "xsd:int");
     if (data_.ramp) {
         AddUserParam(content, dataParameter::rampParameter, data_.ramp->id);
-        AddUserParam(content, "ramp start", RoundTripText(DecimalValue(data_.ramp->start)), "xsd:double", UO_volt);
-        AddUserParam(content, "ramp stop", RoundTripText(DecimalValue(data_.ramp->stop)), "xsd:double", UO_volt);
-        AddUserParam(content, "ramp step", RoundTripText(DecimalValue(data_.ramp->step)), "xsd:double", UO_volt);
+        AddUserParam(content, "ramp start", RoundTripText(DecimalValue(data_.ramp->start)), "xsd:double",
+                     UnitOf(data_.ramp->id));
+        AddUserParam(content, "ramp stop", RoundTripText(DecimalValue(data_.ramp->stop)), "xsd:double",
+                     UnitOf(data_.ramp->id));
+        AddUserParam(content, "ramp step", RoundTripText(DecimalValue(data_.ramp->step)), "xsd:double",
+                     UnitOf(data_.ramp->id));
     }
 
     auto source = boost::make_shared<msdata::SourceFile>("method", document.id, "file:///");
@@ -209,11 +217,12 @@ msdata::SpectrumPtr MzmlBuilder::MakeSpectrum(const CycleRecord& cycle, std::siz
     AddUserParam(*spectrum, dataParameter::cycle, std::to_string(cycle.cycle), "xsd:int");
     if (data_.ramp) {
         AddUserParam(*spectrum, dataParameter::rampParameter, data_.ramp->id);
-        AddUserParam(*spectrum, dataParameter::rampValue, RoundTripText(cycle.rampValue), "xsd:double", UO_volt);
+        AddUserParam(*spectrum, dataParameter::rampValue, RoundTripText(cycle.rampValue), "xsd:double",
+                     UnitOf(data_.ramp->id));
     }
     for (const auto& parameter : cycle.applied)
         AddUserParam(*spectrum, "applied " + parameter.id, RoundTripText(DecimalValue(parameter.value)), "xsd:double",
-                     UO_volt);
+                     UnitOf(parameter.id));
     AddScan(*spectrum, cycle);
     AddPrecursors(*spectrum, cycle);
     spectrum->setMZIntensityArrays(cycle.mz, cycle.intensity, MS_counts_per_second);
@@ -236,7 +245,7 @@ msdata::ChromatogramPtr MzmlBuilder::MakeChromatogram(const std::string& id, std
     chromatogram->setTimeIntensityArrays(times, intensity, UO_minute, MS_counts_per_second);
     if (data_.ramp) {
         auto applied = boost::make_shared<msdata::BinaryDataArray>();
-        applied->set(MS_non_standard_data_array, data_.ramp->id, UO_volt);
+        applied->set(MS_non_standard_data_array, data_.ramp->id, UnitOf(data_.ramp->id));
         applied->data = rampValues;
         chromatogram->binaryDataArrayPtrs.push_back(applied);
         AddUserParam(*chromatogram, dataParameter::rampParameter, data_.ramp->id);
@@ -288,7 +297,7 @@ msdata::ChromatogramPtr MzmlBuilder::MakeTrace(const MassTrace& trace, std::size
         for (const auto& parameter : data_.cycles.front().applied)
             if (!data_.ramp || parameter.id != data_.ramp->id)
                 AddUserParam(*chromatogram, "applied " + parameter.id, RoundTripText(DecimalValue(parameter.value)),
-                             "xsd:double", UO_volt);
+                             "xsd:double", UnitOf(parameter.id));
     return chromatogram;
 }
 

@@ -8,7 +8,15 @@
 
 namespace orvanel {
 
-QueueEngine::QueueEngine(const HostClock& clock, Actions actions) : clock_(clock), actions_(std::move(actions)) {}
+QueueEngine::QueueEngine(const HostClock& clock, Actions actions) : clock_(clock), actions_(std::move(actions)) {
+    // What an earlier host left published must not be taken for this one's.
+    actions_.statusChanged(published_);
+}
+
+QueueEngine::~QueueEngine() {
+    // Nobody is left to end what is under way, and onlookers must not wait for it.
+    if (!samples_.empty()) actions_.statusChanged(QueueStatus::Stopped);
+}
 
 void QueueEngine::Prepare() {
     CatchUp();

@@ -42,6 +42,9 @@ class QueueEngine {
 
     /// @param clock must outlive the queue
     QueueEngine(const HostClock& clock, Actions actions);
+    ~QueueEngine();
+    QueueEngine(const QueueEngine&) = delete;
+    QueueEngine& operator=(const QueueEngine&) = delete;
 
     /// Preparing, enabling and running go in this order; repeating one that stands does nothing.
     /// @throws ports::HostError when the one before is missing

@@ -5,6 +5,7 @@
 
 #include "support/Files.h"
 #include "support/IniDocument.h"
+#include "support/Platform.h"
 
 namespace orvanel {
 
@@ -39,6 +40,7 @@ bool RegistryFile::Write(std::string_view valuePath, const std::string& value) c
     try {
         const auto split = SplitPath(valuePath);
         if (!split) return false;
+        const auto lock = support::LockForSaving(path_);
         const std::string text = support::FileExists(path_) ? support::ReadWholeFile(path_, sizeLimit) : "";
         const std::string changed = support::WithIniValue(text, split->key, split->name, value);
         if (changed != text) support::WriteWholeFile(path_, changed);

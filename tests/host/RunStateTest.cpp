@@ -19,7 +19,7 @@ class Wrapper : public veltra::HostWrapper {
   public:
     template <class Error>
     void Throw(const Error& error) {
-        Step([&] { throw error; }, veltra::Text("Wrapper: it failed"));
+        Step([&] { throw error; }, veltra::FixedMessage("Wrapper: it failed"));
     }
 };
 

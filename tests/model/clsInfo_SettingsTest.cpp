@@ -10,6 +10,7 @@
 
 #include "model/SettingsKeys.h"
 #include "support/Files.h"
+#include "support/Paths.h"
 #include "support/Platform.h"
 #include "support/Text.h"
 #include "tests/support_files/RecordedMessageBoxes.h"
@@ -186,12 +187,12 @@ TEST_F(Settings, AwkwardNumbersSurviveTheFile) {
 }
 
 TEST_F(Settings, ForeignLinesStayAndAFailingWriteIsIgnored) {
-    support::WriteWholeFile(path, "; mine\n[Other]\nkey=1\n[veltra]\ncompoundname=old ; name\n");
+    const std::string foreign = "; mine\r\n[Other]\r\nkey=1\r\n[veltra]\r\ncompoundname=old ; name\r\n";
+    support::WriteWholeFile(path, foreign);
     clsInfo_Settings settings(path);
     settings.CompoundName = "new\nname";
     settings.WriteGlobalSettings();
-    const std::string start =
-        "; mine\n[Other]\nkey=1\n[veltra]\ncompoundname=old ; name\nMethodFilePath=\r\nExpectedMZ=0\r\n";
+    const std::string start = foreign + "MethodFilePath=\r\nExpectedMZ=0\r\n";
     EXPECT_EQ(support::ReadWholeFile(path).substr(0, start.size()), start) << "a line end inside a value is refused";
 
     clsInfo_Settings(folder.File("missing/Veltra.ini")).WriteGlobalSettings();
@@ -332,7 +333,7 @@ TEST_F(Settings, LimitsThemselvesPass) {
 }
 
 TEST_F(Settings, DefaultFileLiesBesideTheProgram) {
-    EXPECT_EQ(clsInfo_Settings::DefaultIniPath(), support::ProgramFolder() + "/Veltra.ini");
+    EXPECT_EQ(clsInfo_Settings::DefaultIniPath(), support::ProgramFolder() + support::PathSeparator() + "Veltra.ini");
 }
 
 }  // namespace

@@ -213,8 +213,8 @@ TEST(ScanShape, AScanRateThatTheHostDoesNotKnowIsAnUnexpectedErrorThatStopsTheRu
         bench.fake.stepSizes.clear();
         EXPECT_FALSE(stage.scan(bench));
         EXPECT_TRUE(bench.run.AbortRequested);
-        const std::string text = "Unexpected error (Error 5: no scan rate 1000).";
-        bench.ExpectReported({{text, MessageIcon::Critical}}, {text});
+        const std::string text = "Error during creation of the acquisition method (Error 5: no scan rate 1000).";
+        bench.ExpectReported({{text, MessageIcon::Critical}}, {text, "Unable to create C.xmt"});
         EXPECT_EQ(bench.calls.CountOf("HostSaveMethodAs") + bench.calls.CountOf("TolmNewBatch"), 0);
     }
 }

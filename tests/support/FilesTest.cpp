@@ -2,9 +2,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <unistd.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <functional>
 #include <stdexcept>
@@ -26,23 +24,6 @@ std::string ErrorOf(const std::function<void()>& operation) {
     }
     return "no error";
 }
-
-/// An ordinary user's rights while it lives, where the tests run as root, whom permission bits do not stop.
-class OrdinaryUser {
-  public:
-    OrdinaryUser() {
-        constexpr uid_t nobody = 65534;
-        if (wasRoot_ && ::seteuid(nobody) != 0) throw std::runtime_error("cannot give up root's rights");
-    }
-    ~OrdinaryUser() {
-        if (wasRoot_ && ::seteuid(0) != 0) std::abort();
-    }
-    OrdinaryUser(const OrdinaryUser&) = delete;
-    OrdinaryUser& operator=(const OrdinaryUser&) = delete;
-
-  private:
-    bool wasRoot_ = ::geteuid() == 0;
-};
 
 TEST(Files, WritesWholeFilesAndReadsThemBack) {
     const TempFolder folder;
@@ -75,19 +56,6 @@ TEST(Files, AFailedWriteSaysWhyAndChangesNothing) {
     EXPECT_EQ(ErrorOf([&] { FilesIn(orphan); }), "Cannot list " + orphan + ": No such file or directory");
     EXPECT_EQ(FilesIn(folder.Path()), std::vector<std::string>{});
     EXPECT_EQ(FilesIn(target), std::vector<std::string>{});
-}
-
-TEST(Files, AReadOnlyFileStays) {
-    const TempFolder folder;
-    fs::permissions(folder.Path(), fs::perms::all);
-    const std::string path = folder.File("kept.txt");
-    WriteWholeFile(path, "old");
-    fs::permissions(path, fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read);
-    const OrdinaryUser user;
-    EXPECT_EQ(ErrorOf([&] { WriteWholeFile(path, "new"); }), "Cannot write " + path + ": Permission denied");
-    EXPECT_EQ(ErrorOf([&] { AppendToFile(path, "new"); }), "Cannot append to " + path + ": Permission denied");
-    EXPECT_EQ(ReadWholeFile(path), "old");
-    EXPECT_EQ(FilesIn(folder.Path()), std::vector<std::string>{"kept.txt"});
 }
 
 TEST(Files, WholeFileWriterReplacesOnCommitOnly) {
@@ -143,10 +111,6 @@ TEST(Files, FoldersAndWhatIsInThem) {
 
 TEST(Platform, UserNameFitsItsBuffer) {
     EXPECT_LE(CurrentUserName().size(), 30U);
-}
-
-TEST(Platform, ProgramFolderHoldsTheRunningProgram) {
-    EXPECT_EQ(ProgramFolder(), fs::canonical("/proc/self/exe").parent_path().string());
 }
 
 }  // namespace

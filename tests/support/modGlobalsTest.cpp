@@ -2,10 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <map>
-#include <optional>
-
 #include "support/DateTexts.h"
 #include "support/Files.h"
 #include "support/Paths.h"
@@ -50,46 +46,6 @@ TEST(DateTexts, GeneralDateAndRunTimeTag) {
     EXPECT_EQ(FormatDateText({}, "%A %B", ThirteenthOfMay(0)), "Monday May");
     EXPECT_EQ(FormatDateText({}, "", ThirteenthOfMay(0)), "");
     EXPECT_EQ(GetRunTimeTag(""), "()");
-}
-
-/// Sets the variables that choose the locale, and puts them back.
-class LocaleVariables {
-  public:
-    explicit LocaleVariables(const std::map<std::string, std::string>& values) {
-        for (const char* name : {"LC_ALL", "LC_TIME", "LANG"}) {
-            const char* old = std::getenv(name);
-            old_[name] = old == nullptr ? std::nullopt : std::optional<std::string>(old);
-            ::unsetenv(name);
-        }
-        for (const auto& [name, value] : values)
-            ::setenv(name.c_str(), value.c_str(), 1);
-    }
-    ~LocaleVariables() {
-        for (const auto& [name, value] : old_) {
-            if (value)
-                ::setenv(name.c_str(), value->c_str(), 1);
-            else
-                ::unsetenv(name.c_str());
-        }
-    }
-    LocaleVariables(const LocaleVariables&) = delete;
-    LocaleVariables& operator=(const LocaleVariables&) = delete;
-
-  private:
-    std::map<std::string, std::optional<std::string>> old_;
-};
-
-TEST(DateTexts, WithoutAKnownLocaleTheFixedFormCounts) {
-    for (const auto& values : {std::map<std::string, std::string>{},
-                               {{"LC_ALL", ""}, {"LANG", "C"}},
-                               {{"LC_ALL", "C.UTF-8"}},
-                               {{"LC_TIME", "POSIX"}},
-                               {{"LANG", "xx_YY.UTF-8"}}}) {
-        const LocaleVariables variables(values);
-        const DateFormat format = DateFormatOfProcess();
-        EXPECT_EQ(GeneralDateText(format, ThirteenthOfMay(15)), "5/13/2024 3:05:09 PM");
-        EXPECT_EQ(format.localeName, "C");
-    }
 }
 
 TEST(modGlobals, MakesTheOutputFolderOrReturnsNothing) {

@@ -1,7 +1,7 @@
 #pragma once
 
-#include <cstdlib>
 #include <filesystem>
+#include <random>
 #include <stdexcept>
 #include <string>
 
@@ -9,9 +9,15 @@
 class TempFolder {
   public:
     TempFolder() {
-        std::string pattern = (std::filesystem::temp_directory_path() / "veltra-test-XXXXXX").string();
-        if (::mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("no temporary folder");
-        path_ = pattern;
+        constexpr int attempts = 100;
+        std::random_device random;
+        for (int attempt = 0; attempt < attempts; ++attempt) {
+            const auto path = std::filesystem::temp_directory_path() / ("veltra-test-" + std::to_string(random()));
+            if (!std::filesystem::create_directory(path)) continue;
+            path_ = path.string();
+            return;
+        }
+        throw std::runtime_error("no temporary folder");
     }
     ~TempFolder() {
         std::error_code ignored;
@@ -21,7 +27,9 @@ class TempFolder {
     TempFolder& operator=(const TempFolder&) = delete;
 
     const std::string& Path() const { return path_; }
-    std::string File(const std::string& name) const { return path_ + "/" + name; }
+    std::string File(const std::string& name) const {
+        return path_ + static_cast<char>(std::filesystem::path::preferred_separator) + name;
+    }
 
   private:
     std::string path_;

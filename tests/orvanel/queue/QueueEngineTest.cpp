@@ -62,7 +62,18 @@ TEST_F(QueueEngineTest, RunsOneSampleThroughItsTimeline) {
     EXPECT_EQ(StatusAfter(1e6), 4);
     queue_.Submit(Sample("b"));
     EXPECT_EQ(StatusAfter(0), 2);  // never the old 4
-    EXPECT_EQ(published_, (std::vector<int>{2, 3, 4, 2}));
+    EXPECT_EQ(published_, (std::vector<int>{0, 2, 3, 4, 2}));
+}
+
+TEST(QueueEngine, LeavesNobodyWaitingForASampleThatItTakesWithIt) {
+    orvanel::HostClock clock(0, {}, {}, true);
+    std::vector<QueueStatus> published;
+    {
+        orvanel::QueueEngine queue(clock, {[](const auto&) {}, [&](QueueStatus status) { published.push_back(status); },
+                                           [](const auto&, auto, const auto&) {}});
+        queue.Submit({});
+    }
+    EXPECT_EQ(published, (std::vector{QueueStatus::Idle, QueueStatus::Waiting, QueueStatus::Stopped}));
 }
 
 TEST_F(QueueEngineTest, SamplesFollowEachOtherAndAreCaughtUpWithInOneStep) {

@@ -1,0 +1,246 @@
+#include "run/FinalMethodStage.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/run/StageBench.h"
+
+namespace {
+
+using Texts = std::vector<std::string>;
+
+const std::string heading = "--> Generating final MS/MS/MS methods...";
+const std::string noOptimal = "No optimal MS3 quantitation path, final optimal method not generated.";
+const std::string template_ = "/p/C_MS3_RampAF2_448.5.xmt";
+const std::string final195 = "/p/C_FinalMS3_195.125.xmt";
+const std::string optimal195 = "/p/C_FinalOptimalMS3_195.125.xmt";
+
+/// As after the MS3 stage: the last acquired method is the template.
+class FinalMethodBench : public StageBench {
+  public:
+    FinalMethodBench() {
+        FindParent();
+        frame.filePaths.MethodFilePath = template_;
+        auto& method = fake.store.methods[template_];
+        method.cycles = 51;
+        method.scansToSum = 3;
+        method.ramp = {"AF2", 0, 100, 2};
+        fake.store.highestMassDa = 200;
+        auto& results = *run.results;
+        results.DP.Current = 70;
+        results.EP.Current = 8.5F;
+        results.CEP.Current = 32;
+    }
+    /// A 2nd precursor that has been optimised, with the intensities of its 3rd precursors from m/z 160 on.
+    veltra::clsItem_TopPeak& AddOptimised(double mass, const std::vector<double>& intensities) {
+        auto& record = AddFragment(mass, 1000);
+        record.CEWasOptimized = record.AF2WasOptimized = true;
+        record.OptimizedCE = 40;
+        record.OptimizedAF2 = 20;
+        double peakMass = 160;
+        for (const double intensity : intensities)
+            record.MS3PeaksCollection.push_back(
+                std::make_shared<veltra::clsItem_Peak>(veltra::clsItem_Peak{intensity, peakMass++}));
+        return record;
+    }
+    Texts WrittenMethods() const {
+        Texts written;
+        for (const auto& [path, method] : fake.store.methods)
+            if (path.find("_Final") != std::string::npos) written.push_back(path);
+        return written;
+    }
+};
+
+TEST(FinalMethodStage, LogsTheFirstReasonForHavingNoMethod) {
+    FinalMethodBench bench;
+    for (double mass = 101.0625; mass < 105; ++mass)
+        bench.AddOptimised(mass, {}).MS3PercentBelowThreshold = false;
+    auto& records = bench.run.results->TopPeaksInfo;
+    records[0]->CEWasOptimized = records[0]->AF2WasOptimized = false;
+    records[1]->AF2WasOptimized = false;
+    records[2]->MS3PercentBelowThreshold = true;
+    veltra::RunFinalMethodStage(bench.frame);
+    bench.ExpectReported(
+        {}, {heading, "No optimal CE, final method not generated for 101.062 Da.",
+             "No optimal AF2, final method not generated for 102.062 Da.",
+             "No peaks found, final method not generated for 103.062 Da.",
+             "Parent not below 10% total ion count, final method not generated for 104.062 Da.", noOptimal});
+    EXPECT_EQ(bench.WrittenMethods(), Texts());
+    EXPECT_EQ(bench.Checklist(), (Texts{"UpdateScanProgress(8, 1)", "UpdateScanProgress(8, 2)"}));
+}
+
+TEST(FinalMethodStage, PeaksWithoutAnOptimalCEGetNoMethodOfTheirOwnButCompete) {
+    FinalMethodBench bench;
+    bench.AddOptimised(195.125, {5}).CEWasOptimized = false;
+    veltra::RunFinalMethodStage(bench.frame);
+    bench.ExpectReported({}, {heading, "No optimal CE, final method not generated for 195.125 Da."});
+    EXPECT_EQ(bench.WrittenMethods(), Texts{optimal195});
+}
+
+TEST(FinalMethodStage, MostIntenseFirstPeakIsTheOptimalPath) {
+    struct Case {
+        std::vector<std::vector<double>> intensities;
+        std::int16_t optimal;
+    };
+    for (const auto& [intensities, optimal] : {Case{{}, 0},
+                                               {{{}, {}}, 0},
+                                               {{{0}, {0, 9}}, 0},
+                                               {{{}, {1}}, 2},
+                                               {{{5}, {5}}, 1},
+                                               {{{5}, {5}, {6}, {6}}, 3},
+                                               {{{3, 99}, {5, 1}}, 2},
+                                               {{{7}, {5}, {6}}, 1}}) {
+        for (const bool saveAll : {false, true}) {
+            SCOPED_TRACE(testing::PrintToString(intensities) + (saveAll ? ", all saved" : ""));
+            FinalMethodBench bench;
+            bench.settings.Advanced_MS3SaveAllFinalMethods = saveAll;
+            bench.run.results->OptimalMS3PeakIndex = 9;
+            Texts log{heading};
+            Texts paths;
+            double mass = 101;
+            for (const auto& ofOne : intensities) {
+                bench.AddOptimised(mass, ofOne);
+                const std::string massText = support::GeneralText(mass++);
+                paths.push_back("/p/C_FinalOptimalMS3_" + massText + ".xmt");
+                if (saveAll)
+                    log.push_back(ofOne.empty() ? "No peaks found, final method not generated for " + massText + " Da."
+                                                : "/p/C_FinalMS3_" + massText + ".xmt");
+            }
+            if (optimal == 0) log.push_back(noOptimal);
+            veltra::RunFinalMethodStage(bench.frame);
+            bench.ExpectReported({}, log);
+            EXPECT_EQ(bench.run.results->OptimalMS3PeakIndex, optimal);
+            const auto at = static_cast<std::size_t>(optimal);
+            EXPECT_EQ(bench.run.results->OptimalMS3Method, optimal == 0 ? "" : paths.at(at - 1));
+            if (saveAll) continue;
+            EXPECT_EQ(bench.WrittenMethods(), optimal == 0 ? Texts() : Texts{paths.at(at - 1)});
+        }
+    }
+}
+
+/// The steps of one method, from the template to the second save.
+Texts StepsOf(const std::string& path, const std::string& massRange, bool setsExcitationTime) {
+    Texts steps{"HostOpenMethod(\"" + template_ + "\")",
+                "HostSetScanType(13)",
+                "HostResetExperiment()",
+                "HostSetScansToSum(1)",
+                "HostResetPeriodParameters()",
+                "HostSetMassRange(" + massRange + ", 0.12)",
+                "HostSetFirstPrecursor(609.2969)",
+                "HostSetSecondPrecursor(195.125)",
+                "HostSetScanRate(4000)",
+                "HostSetDwellTime(0.03)",
+                "HostSetFixedFillTime(20)",
+                "HostSetQ0Trapping(1)",
+                "HostSetDynamicFillTime(0)",
+                "HostSaveMethodAs(\"" + path + "\", true)",
+                "HostOpenMethod(\"" + path + "\")",
+                "HostOptimizeMassRange()"};
+    if (setsExcitationTime) steps.emplace_back("HostSetExcitationTime(25)");
+    steps.push_back("HostSaveMethodAs(\"" + path + "\", true)");
+    return steps;
+}
+
+TEST(FinalMethodStage, BuildsTheMethodsFromTheLastAcquiredOne) {
+    for (const std::int32_t modelCode : {27, 26, 14}) {
+        SCOPED_TRACE(modelCode);
+        FinalMethodBench bench;
+        bench.UseModel(modelCode, modelCode == 27);
+        bench.settings.Advanced_MS3ScanRate = "4000 Da/s";
+        auto& record = bench.AddOptimised(195.125, {5});
+        veltra::RunFinalMethodStage(bench.frame);
+        bench.ExpectReported({}, {heading, final195});
+
+        Texts expected = StepsOf(final195, "50, 200.125", modelCode == 26);
+        const Texts optimal = StepsOf(optimal195, "150, 170", modelCode == 26);
+        expected.insert(expected.end(), optimal.begin(), optimal.end());
+        EXPECT_EQ(bench.calls.Only({"HostOpenMethod", "HostSetScanType", "HostResetExperiment", "HostSetScansToSum",
+                                    "HostResetPeriodParameters", "HostSetMassRange", "HostSetFirstPrecursor",
+                                    "HostSetSecondPrecursor", "HostSetScanRate", "HostSetDwellTime",
+                                    "HostSetFixedFillTime", "HostSetQ0Trapping", "HostSetDynamicFillTime",
+                                    "HostSaveMethodAs", "HostOptimizeMassRange", "HostSetExcitationTime",
+                                    "HostSetRampParameter", "HostSetCycles", "TolmSubmitBatch"}),
+                  expected);
+        EXPECT_EQ(CallsOf(bench.display, {"MessageUpdate"}),
+                  (Texts{"MessageUpdate(Creating final acquisition methods...)",
+                         "MessageUpdate(Final acquisition methods created.)",
+                         "MessageUpdate(Creating final acquisition methods...)",
+                         "MessageUpdate(Final acquisition methods created.)"}));
+
+        EXPECT_EQ(record.FinalMS3Method, final195);
+        EXPECT_EQ(bench.run.results->OptimalMS3Method, optimal195);
+        const FakeMethod& method = bench.Method(final195);
+        EXPECT_EQ(method.ranges.size(), 1U);
+        EXPECT_EQ(method.ranges[0].stop, 200) << "clipped by the host";
+        const float cep = modelCode == 27 ? 32.0F : FakeMethod().ranges[0].Value("CEP");
+        EXPECT_EQ(
+            method.ranges[0].parameters,
+            (FakeMethod::Parameters{{"DP", 70}, {"EP", 8.5F}, {"CEP", cep}, {"CE", 40}, {"CES", 0}, {"AF2", 20}}));
+        EXPECT_EQ(method.cycles, 51);
+        EXPECT_EQ(method.ramp, std::nullopt);
+        EXPECT_EQ(method.excitationTimeMs, modelCode == 26 ? 25 : 0);
+    }
+}
+
+TEST(FinalMethodStage, UsesTheOptimaOfThePrecursorThatAMethodIsFor) {
+    FinalMethodBench bench;
+    bench.AddOptimised(195.125, {9});
+    auto& second = bench.AddOptimised(397.25, {5});
+    second.OptimizedCE = 33;
+    second.OptimizedAF2 = 44.5;
+    veltra::RunFinalMethodStage(bench.frame);
+    bench.ExpectReported({}, {heading, final195, "/p/C_FinalMS3_397.25.xmt"});
+    const auto& range = bench.Method("/p/C_FinalMS3_397.25.xmt").ranges.at(0);
+    EXPECT_EQ(range.Value("CE"), 33);
+    EXPECT_EQ(range.Value("AF2"), 44.5F);
+    EXPECT_EQ(bench.Method(optimal195).ranges.at(0).Value("CE"), 40);
+    EXPECT_EQ(bench.run.results->AF2.Current, 20);
+}
+
+/// No message box, and the run goes on to the optimal method.
+TEST(FinalMethodStage, SaysWhichMethodIsMissing) {
+    const std::string unable = "Unable to create C_FinalMS3_195.125.xmt";
+    struct Case {
+        const char* operation;
+        int call;
+        std::string why;
+    };
+    for (const auto& [operation, call, why] :
+         {Case{"HostSaveMethodAs", 1, "Acquire: Error during saving of " + final195},
+          {"HostSaveMethodAs", 2, "Acquire: Error during saving of " + final195},
+          {"HostOptimizeMassRange", 1, "Acquire: Error during optimization of mass range"},
+          {"HostSetExcitationTime", 1, "Error during creation of the final method"},
+          {"GetStepSizeForScanRate", 1, "Error during creation of the final method"}}) {
+        SCOPED_TRACE(operation);
+        FinalMethodBench bench;
+        bench.UseModel(26, false);
+        auto& record = bench.AddOptimised(195.125, {5});
+        bench.calls.Fail(operation, RunBench::hostError, call);
+        veltra::RunFinalMethodStage(bench.frame);
+        bench.ExpectReported({}, {heading, why + RunBench::errorSuffix, unable});
+        EXPECT_EQ(record.FinalMS3Method, "\\" + unable);
+        EXPECT_NE(bench.run.results->ReportText({bench.settings, bench.clock, false, false})
+                      .find("      Final MS3 Method: \\" + unable + "\r\n"),
+                  std::string::npos);
+        EXPECT_FALSE(bench.run.AbortRequested);
+        EXPECT_TRUE(bench.fake.store.methods.contains(optimal195));
+        EXPECT_EQ(CallsOf(bench.display, {"MessageUpdate"}).size(), 3U);
+    }
+}
+
+/// Setting the excitation time of a method that was never loaded fails too; what is told is the first failure.
+TEST(FinalMethodStage, TellsTheFirstFailure) {
+    for (const std::int32_t modelCode : {26, 27}) {
+        FinalMethodBench bench;
+        bench.UseModel(modelCode, modelCode == 27);
+        bench.AddOptimised(195.125, {5});
+        bench.fake.store.methods.erase(template_);
+        veltra::RunFinalMethodStage(bench.frame);
+        const std::string why = "Acquire: Error loading " + template_ + ".  Invalid acquisition method.";
+        bench.ExpectReported({}, {heading, why, "Unable to create C_FinalMS3_195.125.xmt", why,
+                                  "Unable to create C_FinalOptimalMS3_195.125.xmt"});
+        EXPECT_EQ(bench.run.results->OptimalMS3PeakIndex, 1);
+        EXPECT_EQ(bench.Checklist().back(), "UpdateScanProgress(8, 2)");
+    }
+}
+
+}  // namespace

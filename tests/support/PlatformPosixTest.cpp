@@ -1,0 +1,116 @@
+#ifndef _WIN32
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <optional>
+#include <stdexcept>
+
+#include "support/DateTexts.h"
+#include "support/Files.h"
+#include "support/Platform.h"
+#include "tests/support_files/TempFolder.h"
+
+namespace {
+
+using namespace support;
+namespace fs = std::filesystem;
+
+/// What the operation says when it fails.
+std::string ErrorOf(const std::function<void()>& operation) {
+    try {
+        operation();
+    } catch (const FileError& error) {
+        return error.what();
+    }
+    return "no error";
+}
+
+/// An ordinary user's rights while it lives, where the tests run as root, whom permission bits do not stop.
+class OrdinaryUser {
+  public:
+    OrdinaryUser() {
+        constexpr uid_t nobody = 65534;
+        if (wasRoot_ && ::seteuid(nobody) != 0) throw std::runtime_error("cannot give up root's rights");
+    }
+    ~OrdinaryUser() {
+        if (wasRoot_ && ::seteuid(0) != 0) std::abort();
+    }
+    OrdinaryUser(const OrdinaryUser&) = delete;
+    OrdinaryUser& operator=(const OrdinaryUser&) = delete;
+
+  private:
+    bool wasRoot_ = ::geteuid() == 0;
+};
+
+TEST(PlatformPosix, AReadOnlyFileStays) {
+    const TempFolder folder;
+    fs::permissions(folder.Path(), fs::perms::all);
+    const std::string path = folder.File("kept.txt");
+    WriteWholeFile(path, "old");
+    fs::permissions(path, fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read);
+    const OrdinaryUser user;
+    EXPECT_EQ(ErrorOf([&] { WriteWholeFile(path, "new"); }), "Cannot write " + path + ": Permission denied");
+    EXPECT_EQ(ErrorOf([&] { AppendToFile(path, "new"); }), "Cannot append to " + path + ": Permission denied");
+    EXPECT_EQ(ReadWholeFile(path), "old");
+    EXPECT_EQ(FilesIn(folder.Path()), std::vector<std::string>{"kept.txt"});
+}
+
+TEST(PlatformPosix, ProgramFolderHoldsTheRunningProgram) {
+    EXPECT_EQ(ProgramFolder(), fs::canonical("/proc/self/exe").parent_path().string());
+}
+
+/// Sets the variables that choose the locale, and puts them back.
+class LocaleVariables {
+  public:
+    explicit LocaleVariables(const std::map<std::string, std::string>& values) {
+        for (const char* name : {"LC_ALL", "LC_TIME", "LANG"}) {
+            const char* old = std::getenv(name);
+            old_[name] = old == nullptr ? std::nullopt : std::optional<std::string>(old);
+            ::unsetenv(name);
+        }
+        for (const auto& [name, value] : values)
+            ::setenv(name.c_str(), value.c_str(), 1);
+    }
+    ~LocaleVariables() {
+        for (const auto& [name, value] : old_) {
+            if (value)
+                ::setenv(name.c_str(), value->c_str(), 1);
+            else
+                ::unsetenv(name.c_str());
+        }
+    }
+    LocaleVariables(const LocaleVariables&) = delete;
+    LocaleVariables& operator=(const LocaleVariables&) = delete;
+
+  private:
+    std::map<std::string, std::optional<std::string>> old_;
+};
+
+TEST(PlatformPosix, WithoutAKnownLocaleTheFixedFormCounts) {
+    std::tm time{};
+    time.tm_year = 2024 - 1900;
+    time.tm_mon = 4;
+    time.tm_mday = 13;
+    time.tm_hour = 15;
+    time.tm_min = 5;
+    time.tm_sec = 9;
+    for (const auto& values : {std::map<std::string, std::string>{},
+                               {{"LC_ALL", ""}, {"LANG", "C"}},
+                               {{"LC_ALL", "C.UTF-8"}},
+                               {{"LC_TIME", "POSIX"}},
+                               {{"LANG", "xx_YY.UTF-8"}}}) {
+        const LocaleVariables variables(values);
+        const DateFormat format = DateFormatOfProcess();
+        EXPECT_EQ(GeneralDateText(format, time), "5/13/2024 3:05:09 PM");
+        EXPECT_EQ(format.localeName, "C");
+    }
+}
+
+}  // namespace
+
+#endif
