@@ -25,6 +25,7 @@ ExitStatus StatusOf(StartButton::Outcome outcome) {
             return completed;
         case StartButton::Outcome::Aborted:
         case StartButton::Outcome::AbortAsked:
+        case StartButton::Outcome::TornDown:
             return abortedOrFailed;
         case StartButton::Outcome::SettingsInvalid:
         case StartButton::Outcome::InstrumentRefused:

@@ -23,8 +23,12 @@ enum class enumProgressState { Pending = 0, Running = 1, Done = 2 };
 /// What the command buttons allow.
 enum class RunButtons { Idle, Running, Finished };
 
+/// Thrown where waiting events are processed once the display is gone for good. It is no std::exception: nothing
+/// handles it on the way, so that a run unwinds without another word.
+struct RunTornDown {};
+
 /// What a run shows of itself: the main window, or the terminal. All calls come on the user-interface thread; display
-/// operations trap their own errors and never throw.
+/// operations trap their own errors and, but for ProcessPendingEvents, never throw.
 class RunDisplay {
   public:
     virtual ~RunDisplay() = default;
@@ -52,6 +56,7 @@ class RunDisplay {
     virtual void ClearDocumentLinks() = 0;
 
     /// Lets waiting user-interface events run, an Abort click among them.
+    /// @throws RunTornDown when the display was closed for good
     virtual void ProcessPendingEvents() = 0;
 };
 

@@ -1,5 +1,6 @@
 #include "run/StartButton.h"
 
+#include "host/clsTolmBatch.h"
 #include "run/InstrumentCheck.h"
 #include "support/Text.h"
 
@@ -34,12 +35,23 @@ StartButton::Outcome StartButton::Click() {
     if (!runState_.settings.AreSettingsValid(runState_.messageBoxes)) return Outcome::SettingsInvalid;
     // A host that was not there at program start may be there now.
     if (runState_.InstrumentModelCode == 0 && !CheckInstrument(runState_)) return Outcome::InstrumentRefused;
-    return Run();
+    const FlagGuard running(running_);
+    try {
+        return Run();
+    } catch (const ports::RunTornDown&) {
+        TearDown();
+        return Outcome::TornDown;
+    }
+}
+
+void StartButton::TearDown() {
+    if (runState_.batch) runState_.batch->Step4_TolmLogoff();
+    runState_.batch.reset();
+    main_.reset();
 }
 
 StartButton::Outcome StartButton::Run() {
     auto& display = runState_.display;
-    const FlagGuard running(running_);
     display.SetLogText("Initializing, please wait...");
     display.MessageUpdate("Initializing...");
     display.ClearDocumentLinks();

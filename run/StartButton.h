@@ -15,7 +15,15 @@ class StartButton {
   public:
     explicit StartButton(RunState& runState) : runState_(runState) {}
 
-    enum class Outcome { AbortAsked, SettingsInvalid, InstrumentRefused, InitializationFailed, Aborted, Completed };
+    enum class Outcome {
+        AbortAsked,
+        SettingsInvalid,
+        InstrumentRefused,
+        InitializationFailed,
+        Aborted,
+        Completed,
+        TornDown
+    };
 
     /// Performs a whole run and returns at its end; during a run it only asks whether to abort.
     Outcome Click();
@@ -27,6 +35,8 @@ class StartButton {
 
   private:
     Outcome Run();
+    /// Logs off and releases what a run holds, without a word.
+    void TearDown();
     void ShowInitializationFailed();
 
     RunState& runState_;

@@ -55,10 +55,10 @@ TEST(PlatformWindows, LocalesAndTheirPatterns) {
         const char* time;
         const char* names;
     };
-    const Case cases[] = {{"en-US", "%-m/%-d/%Y", "%-I:%M:%S %p", "Monday Mon May May PM"},
-                          {"en_US.UTF-8", "%-m/%-d/%Y", "%-I:%M:%S %p", "Monday Mon May May PM"},
-                          {"en-GB", "%d/%m/%Y", "%H:%M:%S", "Monday Mon May May PM"},
-                          {"sv-SE", "%Y-%m-%d", "%H:%M:%S", "m\xC3\xA5ndag m\xC3\xA5n maj maj em"}};
+    const Case cases[] = {{"en-US", "%-m/%-d/%Y", "%-I:%M:%S %p", "Monday May"},
+                          {"en_US.UTF-8", "%-m/%-d/%Y", "%-I:%M:%S %p", "Monday May"},
+                          {"en-GB", "%d/%m/%Y", "%H:%M:%S", "Monday May"},
+                          {"sv-SE", "%Y-%m-%d", "%H:%M:%S", "m\xC3\xA5ndag maj"}};
     std::tm time{};
     time.tm_mon = 4;
     time.tm_wday = 1;
@@ -68,8 +68,9 @@ TEST(PlatformWindows, LocalesAndTheirPatterns) {
         EXPECT_TRUE(LocaleDatePatterns(locale, format.shortDate, format.longTime)) << locale;
         EXPECT_EQ(format.shortDate, date) << locale;
         EXPECT_EQ(format.longTime, longTime) << locale;
-        EXPECT_EQ(FormatTime(locale, "%A %a %B %b %p", time), names) << locale;
+        EXPECT_EQ(FormatTime(locale, "%A %B", time), names) << locale;
     }
+    EXPECT_EQ(FormatTime("en-US", "%a %b %p", time), "Mon May PM");
     time.tm_mon = 7;
     EXPECT_EQ(FormatTime("fr-FR", "%B", time), "ao\xC3\xBBt");
     for (const char* unknown : {"", "C", "C.UTF-8", "POSIX", "no such locale"}) {

@@ -1,0 +1,45 @@
+#include <QApplication>
+#include <QIcon>
+#include <chrono>
+#include <exception>
+#include <memory>
+
+#include "app/QtMessageBoxes.h"
+#include "app/frmMain.h"
+#include "app/frmSelectFolder.h"
+#include "orvanel/OrvanelHost.h"
+#include "orvanel/clock/HostClock.h"
+#include "run/InstrumentCheck.h"
+#include "run/StartButton.h"
+#include "support/Paths.h"
+#include "support/Platform.h"
+#include "support/modFileUtils.h"
+
+/// The desktop program. Its settings are Veltra.ini beside it, the shipped host's are Orvanel.ini beside it.
+int main(int argc, char** argv) {
+    QApplication application(argc, argv);
+    QApplication::setApplicationName("Veltra");
+    QApplication::setWindowIcon(QIcon(":/veltra.svg"));
+    app::QtMessageBoxes messageBoxes;
+    try {
+        const std::string folder = support::ProgramFolder();
+        const auto config = orvanel::ReadOrvanelConfig(support::JoinPath(folder, "Orvanel.ini"),
+                                                       support::JoinPath(support::FolderOf(folder), "share/orvanel"));
+        orvanel::HostClock clock(config.clockFactor, std::chrono::system_clock::now(), support::DateFormatOfProcess());
+        const auto host = orvanel::CreateOrvanelHost(config, clock);
+
+        veltra::clsInfo_Settings settings(veltra::clsInfo_Settings::DefaultIniPath());
+        settings.ReadGlobalSettings();
+        app::QtFolderChooser folderChooser;
+        app::frmMain window;
+        veltra::RunState runState({*host, window, messageBoxes, folderChooser, clock}, settings);
+        veltra::StartButton startButton(runState);
+        if (!veltra::CheckInstrument(runState)) return 1;
+        window.Attach(runState, startButton, support::OpenInNotepad);
+        window.show();
+        return QApplication::exec();
+    } catch (const std::exception& error) {
+        messageBoxes.Show(error.what(), ports::MessageIcon::Critical);
+        return 1;
+    }
+}

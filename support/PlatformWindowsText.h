@@ -1,0 +1,12 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace support {
+
+/// The system's wide texts are UTF-16, ours are UTF-8. What is malformed becomes the replacement character.
+std::wstring Wide(std::string_view utf8);
+std::string Utf8(std::wstring_view wide);
+
+}  // namespace support

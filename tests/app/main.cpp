@@ -1,0 +1,16 @@
+#include <gmock/gmock.h>
+
+#include <QApplication>
+#include <QSettings>
+
+#include "tests/support_files/TempFolder.h"
+
+/// Window tests need an application, but no screen.
+int main(int argc, char** argv) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication application(argc, argv);
+    const TempFolder userConfiguration;
+    QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, QString::fromStdString(userConfiguration.Path()));
+    testing::InitGoogleMock(&argc, argv);
+    return RUN_ALL_TESTS();
+}
