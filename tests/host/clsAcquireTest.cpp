@@ -38,26 +38,6 @@ class LoadedBench : public RunBench {
     clsAcquire acquire{run};
 };
 
-const StepFunction everyStep = [](clsAcquire& acquire) {
-    std::int32_t index = 0;
-    acquire.Step1_Load(RunBench::starterPath);
-    acquire.Step2_InitializeMethod(12, 3);
-    acquire.Step3a_SetMassRange(1, 2, 3, index);
-    acquire.Step3b_SetEPIProductOf(1);
-    acquire.Step3c_SetMS3Precursors(1, 2);
-    acquire.Step4a_SetScanRate(1);
-    acquire.Step4b_SetDwellTime(1);
-    acquire.Step4c_SetCompoundParam("DP", 1);
-    acquire.Step4d_SetRampingParamAndNumCycles("DP", 0, 1, 1);
-    acquire.Step4e_SetSourceGasParams("CUR", 1);
-    acquire.Step4f_SetFillTime(true, true, 1);
-    acquire.Step4g_SetNumOfCycles(1);
-    acquire.Step5_SaveAsNewMethod(newPath);
-    acquire.OptimizeMassRange();
-    acquire.UpdateInitialCompoundParams();
-    EXPECT_EQ(acquire.GetExpectedDuration(), 0);
-};
-
 TEST(clsAcquire, LoadFindsTheFirstMassSpecMethodAndLooksAtModesOfThreeModelsOnly) {
     const Calls load{"HostOpenMethod(\"/p/Starter.xmt\")",
                      "HostEnumDeviceMethods(0)",
@@ -259,72 +239,72 @@ TEST(clsAcquire, InitialCompoundParamsGoToInitialAndCurrentInBothPolarities) {
 
 TEST(clsAcquire, EveryFailureIsToldWithTheCallersValuesAndLeavesTheObjectInert) {
     struct Case {
-        StepFunction step;
         std::vector<std::string> operations;  // that can fail in it
         std::string message;
+        StepFunction step;
     };
     const Case cases[] = {
-        {[](auto& a) { a.Step1_Load(RunBench::starterPath); },
-         {"HostEnumDeviceMethods", "IsMassSpecMethod", "AsMassSpecMethod"},
-         "Acquire: Error during getting of mass spec method"},
-        {[](auto& a) { a.Step1_Load(RunBench::starterPath); },
-         {"HostGetPeriod", "HostGetExperiment", "HostGetExtendedExperiment", "HostGetMethodOperatingMode",
+        {{"HostEnumDeviceMethods", "IsMassSpecMethod", "AsMassSpecMethod"},
+         "Acquire: Error during getting of mass spec method",
+         [](auto& a) { a.Step1_Load(RunBench::starterPath); }},
+        {{"HostGetPeriod", "HostGetExperiment", "HostGetExtendedExperiment", "HostGetMethodOperatingMode",
           "HostGetCurrentOperatingMode"},
-         "Acquire: Error loading /p/Starter.xmt"},
-        {[](auto& a) { a.Step2_InitializeMethod(11, 3); },
-         {"HostSetScanType", "HostResetExperiment", "HostSetScansToSum", "HostSetPolarity", "HostSetQ1Resolution",
+         "Acquire: Error loading /p/Starter.xmt",
+         [](auto& a) { a.Step1_Load(RunBench::starterPath); }},
+        {{"HostSetScanType", "HostResetExperiment", "HostSetScansToSum", "HostSetPolarity", "HostSetQ1Resolution",
           "HostResetPeriodParameters"},
-         "Acquire: Error during method initialization"},
-        {[](auto& a) {
+         "Acquire: Error during method initialization",
+         [](auto& a) { a.Step2_InitializeMethod(11, 3); }},
+        {{"HostGetMassRangeCount", "HostAddMassRange", "HostGetMassRange", "HostSetMassRange"},
+         "Acquire: Error during setting of mass range to 594.3 start, 1E+15 stop, 0.06 step",
+         [](auto& a) {
              std::int32_t index = 0;
              a.Step3a_SetMassRange(594.3, 1e15, 0.06, index);
-         },
-         {"HostGetMassRangeCount", "HostAddMassRange", "HostGetMassRange", "HostSetMassRange"},
-         "Acquire: Error during setting of mass range to 594.3 start, 1E+15 stop, 0.06 step"},
-        {[](auto& a) { a.Step3b_SetEPIProductOf(609.2812); },
-         {"HostSetFirstPrecursor"},
-         "Acquire: Error during setting EPI Product Of to 609.2812 Da"},
-        {[](auto& a) { a.Step3c_SetMS3Precursors(609.25, 195.1); },
-         {"HostSetFirstPrecursor", "HostSetSecondPrecursor"},
-         "Acquire: Error during setting of MS/MS/MS precursors to 609.25 Da and 195.1 Da"},
-        {[](auto& a) { a.Step4a_SetScanRate(250.5); },
-         {"HostSetScanRate"},
-         "Acquire: Error during setting of scan rate to 250.5 Da/s"},
-        {[](auto& a) { a.Step4b_SetDwellTime(0.06 / 1000 * 1000); },
-         {"HostGetMassRangeCount", "HostGetMassRange", "HostSetDwellTime"},
-         "Acquire: Error during setting of dwell time to 0.06 msec"},
-        {[](auto& a) { a.Step4c_SetCompoundParam("CE", 35.1F); },
-         {"HostGetMassRangeCount", "HostGetMassRange", "HostGetParameterTable", "HostFindParameter",
+         }},
+        {{"HostSetFirstPrecursor"},
+         "Acquire: Error during setting EPI Product Of to 609.2812 Da",
+         [](auto& a) { a.Step3b_SetEPIProductOf(609.2812); }},
+        {{"HostSetFirstPrecursor", "HostSetSecondPrecursor"},
+         "Acquire: Error during setting of MS/MS/MS precursors to 609.25 Da and 195.1 Da",
+         [](auto& a) { a.Step3c_SetMS3Precursors(609.25, 195.1); }},
+        {{"HostSetScanRate"},
+         "Acquire: Error during setting of scan rate to 250.5 Da/s",
+         [](auto& a) { a.Step4a_SetScanRate(250.5); }},
+        {{"HostGetMassRangeCount", "HostGetMassRange", "HostSetDwellTime"},
+         "Acquire: Error during setting of dwell time to 0.06 msec",
+         [](auto& a) { a.Step4b_SetDwellTime(0.06 / 1000 * 1000); }},
+        {{"HostGetMassRangeCount", "HostGetMassRange", "HostGetParameterTable", "HostFindParameter",
           "HostSetParameterValue"},
-         "Acquire: Error during setting of CE to 35.1"},
-        {[](auto& a) { a.Step4d_SetRampingParamAndNumCycles("DP", 20, 150, 2.5F); },
-         {"HostSetRampParameter"},
-         "Acquire: Error during setting of DP ramping parameter to 20 start, 150 stop, 2.5 step"},
-        {[](auto& a) { a.Step4d_SetRampingParamAndNumCycles("DP", 20, 150, 2); },
-         {"HostSetCycles"},
-         "Acquire: Error setting the number of cycles to 66"},
-        {[](auto& a) { a.Step4e_SetSourceGasParams("CUR", 20.5F); },
-         {"HostGetSourceGasTable", "HostFindParameter", "HostSetParameterValue"},
-         "Acquire: Error during setting of CUR Source/Gas parameter to 20.5"},
-        {[](auto& a) { a.Step4f_SetFillTime(false, true, 20); },
-         {"HostSetFixedFillTime", "HostSetQ0Trapping", "HostSetDynamicFillTime"},
-         "Acquire: Error during setting of fill time"},
-        {[](auto& a) { a.Step4g_SetNumOfCycles(20); },
-         {"HostSetCycles"},
-         "Acquire: Error setting the number of cycles to 20"},
-        {[](auto& a) { a.Step5_SaveAsNewMethod(newPath); },
-         {"HostSaveMethodAs"},
-         "Acquire: Error during saving of /p/New.xmt"},
-        {[](auto& a) { a.OptimizeMassRange(); },
-         {"HostOptimizeMassRange"},
-         "Acquire: Error during optimization of mass range"},
-        {[](auto& a) { EXPECT_EQ(a.GetExpectedDuration(), 0); },
-         {"HostGetExpectedDuration"},
-         "Acquire: Error getting the expected duration"},
-        {[](auto& a) { a.UpdateInitialCompoundParams(); },
-         {"HostGetMassRangeCount", "HostGetMassRange", "HostGetParameterTable", "HostGetParameterCount",
+         "Acquire: Error during setting of CE to 35.1",
+         [](auto& a) { a.Step4c_SetCompoundParam("CE", 35.1F); }},
+        {{"HostSetRampParameter"},
+         "Acquire: Error during setting of DP ramping parameter to 20 start, 150 stop, 2.5 step",
+         [](auto& a) { a.Step4d_SetRampingParamAndNumCycles("DP", 20, 150, 2.5F); }},
+        {{"HostSetCycles"},
+         "Acquire: Error setting the number of cycles to 66",
+         [](auto& a) { a.Step4d_SetRampingParamAndNumCycles("DP", 20, 150, 2); }},
+        {{"HostGetSourceGasTable", "HostFindParameter", "HostSetParameterValue"},
+         "Acquire: Error during setting of CUR Source/Gas parameter to 20.5",
+         [](auto& a) { a.Step4e_SetSourceGasParams("CUR", 20.5F); }},
+        {{"HostSetFixedFillTime", "HostSetQ0Trapping", "HostSetDynamicFillTime"},
+         "Acquire: Error during setting of fill time",
+         [](auto& a) { a.Step4f_SetFillTime(false, true, 20); }},
+        {{"HostSetCycles"},
+         "Acquire: Error setting the number of cycles to 20",
+         [](auto& a) { a.Step4g_SetNumOfCycles(20); }},
+        {{"HostSaveMethodAs"},
+         "Acquire: Error during saving of /p/New.xmt",
+         [](auto& a) { a.Step5_SaveAsNewMethod(newPath); }},
+        {{"HostOptimizeMassRange"},
+         "Acquire: Error during optimization of mass range",
+         [](auto& a) { a.OptimizeMassRange(); }},
+        {{"HostGetExpectedDuration"},
+         "Acquire: Error getting the expected duration",
+         [](auto& a) { EXPECT_EQ(a.GetExpectedDuration(), 0); }},
+        {{"HostGetMassRangeCount", "HostGetMassRange", "HostGetParameterTable", "HostGetParameterCount",
           "HostGetParameterId", "HostGetParameterValue"},
-         "Acquire: Error during updating of initial compound parameters"},
+         "Acquire: Error during updating of initial compound parameters",
+         [](auto& a) { a.UpdateInitialCompoundParams(); }},
     };
     for (const auto& c : cases) {
         for (const auto& operation : c.operations) {
@@ -341,7 +321,8 @@ TEST(clsAcquire, EveryFailureIsToldWithTheCallersValuesAndLeavesTheObjectInert) 
             EXPECT_EQ(bench.calls.Operations().back().substr(0, operation.size()), operation) << "nothing after it";
 
             bench.calls.Forget();
-            everyStep(bench.acquire);
+            for (const auto& other : cases)
+                other.step(bench.acquire);
             EXPECT_THAT(bench.calls.Operations(), ElementsAre());
             EXPECT_EQ(bench.acquire.ErrorDescription(), c.message + RunBench::errorSuffix);
             EXPECT_FALSE(bench.fake.store.methods.contains(newPath));
@@ -378,7 +359,7 @@ TEST(clsAcquire, AMethodWithoutMassSpecMethodFailsAndDisablesAllSteps) {
         EXPECT_EQ(acquire.ErrorDescription(),
                   "Acquire: The method doesn't contain a mass spec method.  Method or hardware configuration invalid.");
         bench.calls.Forget();
-        everyStep(acquire);
+        acquire.Step4a_SetScanRate(1);
         EXPECT_THAT(bench.calls.Operations(), ElementsAre());
     }
 }

@@ -81,29 +81,29 @@ TEST(clsTolmBatch, PathAndNameOfTheProjectAreJoinedAsTheyAre) {
 
 TEST(clsTolmBatch, EveryFailureIsToldAndLeavesTheObjectInert) {
     struct Case {
-        std::function<void(clsTolmBatch&)> step;
         std::vector<std::string> operations;
         std::string message;
+        std::function<void(clsTolmBatch&)> step;
     };
     const Case cases[] = {
-        {[](auto& batch) { batch.Step1_TolmLogon("E:\\", "P"); },
-         {"TolmLogon", "TolmSelectProject"},
-         "Tolm Batch: Error during Tolm logon"},
-        {[](auto& batch) { batch.Step1_TolmLogon("E:\\", "P"); },
-         {"TolmLogoff"},
-         "Tolm Batch: Error during Tolm logoff"},
-        {[](auto& batch) { batch.Step2_CreateNewTolmBatch("a", "b", "c"); },
-         {"TolmNewBatch", "TolmSetBatchName", "TolmSetBatchUser", "TolmSetBatchText", "TolmSetBatchProject",
+        {{"TolmLogon", "TolmSelectProject"},
+         "Tolm Batch: Error during Tolm logon",
+         [](auto& batch) { batch.Step1_TolmLogon("E:\\", "P"); }},
+        {{"TolmLogoff"},
+         "Tolm Batch: Error during Tolm logoff",
+         [](auto& batch) { batch.Step1_TolmLogon("E:\\", "P"); }},
+        {{"TolmNewBatch", "TolmSetBatchName", "TolmSetBatchUser", "TolmSetBatchText", "TolmSetBatchProject",
           "TolmAddSet", "TolmSetSetAcquisitionMethod", "TolmSetSetProcessingMethod", "TolmAddSample",
           "TolmSetSampleDataFile", "TolmSetSampleField"},
-         "Tolm Batch: Error during creation of new Tolm Batch"},
-        {[](auto& batch) { batch.Step3a_SubmitTolmBatch(); },
-         {"TolmSubmitBatch"},
-         "Tolm Batch: Error submitting Tolm Batch"},
-        {[](auto& batch) { EXPECT_EQ(batch.Step3b_SaveTolmBatch("kept.xbt"), ""); },
-         {"TolmSaveBatch"},
-         "Tolm Batch: Error saving Tolm Batch kept.xbt"},
-        {[](auto& batch) { batch.Step4_TolmLogoff(); }, {"TolmLogoff"}, "Tolm Batch: Error during Tolm logoff"},
+         "Tolm Batch: Error during creation of new Tolm Batch",
+         [](auto& batch) { batch.Step2_CreateNewTolmBatch("a", "b", "c"); }},
+        {{"TolmSubmitBatch"},
+         "Tolm Batch: Error submitting Tolm Batch",
+         [](auto& batch) { batch.Step3a_SubmitTolmBatch(); }},
+        {{"TolmSaveBatch"},
+         "Tolm Batch: Error saving Tolm Batch kept.xbt",
+         [](auto& batch) { EXPECT_EQ(batch.Step3b_SaveTolmBatch("kept.xbt"), ""); }},
+        {{"TolmLogoff"}, "Tolm Batch: Error during Tolm logoff", [](auto& batch) { batch.Step4_TolmLogoff(); }},
     };
     for (const auto& c : cases) {
         for (const auto& operation : c.operations) {

@@ -67,21 +67,6 @@ TEST(clsScan1_ER, TheParentIsTheHighestPeakWithinOneDa) {
     }
 }
 
-TEST(clsScan1_ER, AFailureWhileExploringIsNotAMissingPeak) {
-    for (const std::string operation : {"ExploreLoadSpectrumByTime", "ExplorePeakList", "SetYValues"}) {
-        ScanBench bench;
-        bench.fake.data.chromatograms["TIC"] = {{0.1}, {1}};
-        bench.fake.data.spectra["time"].peaks = {{609.3, 5, 5}};
-        bench.calls.Fail(operation, RunBench::hostError);
-        EXPECT_EQ(clsScan1_ER(bench.run).ExploreGeneratedVesk("/d/old.vesk"), nullptr);
-        EXPECT_TRUE(bench.run.AbortRequested);
-        ASSERT_EQ(bench.boxes.shown.size(), 1U);
-        const std::string text = bench.boxes.shown[0].text;
-        EXPECT_TRUE(text.ends_with(RunBench::errorSuffix)) << text;
-        bench.ExpectReported({{text, MessageIcon::Critical}}, {text});
-    }
-}
-
 TEST(clsScan2_Q1MI, TheMethodHoldsOneMassAndTheRamp) {
     struct Case {
         std::string id, rampedId;

@@ -109,56 +109,21 @@ TEST(ScanShape, EveryFailedStepIsToldOnceStopsTheRunAndSkipsTheRest) {
     struct Case {
         const char* failing;
         int call;
-        std::string description;  // with the host's error behind it
-        std::vector<std::string> moreLogLines;
+        std::string description;
+        const char* nextLogLine;  // null: none
         const char* skipped;
     };
+    const char *const noMethod = "Unable to create C.xmt", *const noBatch = "Unable to create and submit batch";
+    const std::string dataInit = "Explore Data: Error during initialization using /p/P1/Data/C Veltra (run)/C.vesk";
+    const std::string saving = "Acquire: Error during saving of /p/P1/Acquisition Methods/C.xmt";
     const Case cases[] = {
-        {"HostOpenMethod",
-         1,
-         "Acquire: Error loading /p/Starter.xmt.  Invalid acquisition method.",
-         {"Unable to create C.xmt"},
-         "HostSaveMethodAs"},
-        {"HostSetScanType",
-         1,
-         "Acquire: Error during method initialization" + RunBench::errorSuffix,
-         {"Unable to create C.xmt"},
-         "HostSaveMethodAs"},
-        {"HostSaveMethodAs",
-         1,
-         "Acquire: Error during saving of /p/P1/Acquisition Methods/C.xmt" + RunBench::errorSuffix,
-         {"Unable to create C.xmt"},
-         "TolmNewBatch"},
-        {"HostGetExpectedDuration",
-         1,
-         "Acquire: Error getting the expected duration" + RunBench::errorSuffix,
-         {"Unable to create C.xmt"},
-         "TolmNewBatch"},
-        {"TolmNewBatch",
-         1,
-         "Tolm Batch: Error during creation of new Tolm Batch" + RunBench::errorSuffix,
-         {"Unable to create and submit batch"},
-         "TolmSubmitBatch"},
-        {"TolmSubmitBatch",
-         1,
-         "Tolm Batch: Error submitting Tolm Batch" + RunBench::errorSuffix,
-         {"Unable to create and submit batch"},
-         "RegRead"},
-        {"HostSleep",
-         2,
-         "Queue: Error during wait for Queue to complete" + RunBench::errorSuffix,
-         {},
-         "CreateDataExploration"},
-        {"CreateSpectrumData",
-         1,
-         "Explore Data: Error during Explore Data initialization" + RunBench::errorSuffix,
-         {},
-         "ExploreSetDataFile"},
-        {"ExploreSetDataFile",
-         2,
-         "Explore Data: Error during initialization using /p/P1/Data/C Veltra (run)/C.vesk" + RunBench::errorSuffix,
-         {},
-         "ExplorePointCount"},
+        {"HostSetScanType", 1, "Acquire: Error during method initialization", noMethod, "HostSaveMethodAs"},
+        {"HostSaveMethodAs", 1, saving, noMethod, "TolmNewBatch"},
+        {"HostGetExpectedDuration", 1, "Acquire: Error getting the expected duration", noMethod, "TolmNewBatch"},
+        {"TolmNewBatch", 1, "Tolm Batch: Error during creation of new Tolm Batch", noBatch, "TolmSubmitBatch"},
+        {"TolmSubmitBatch", 1, "Tolm Batch: Error submitting Tolm Batch", noBatch, "RegRead"},
+        {"HostSleep", 2, "Queue: Error during wait for Queue to complete", nullptr, "CreateDataExploration"},
+        {"ExploreSetDataFile", 2, dataInit, nullptr, "ExplorePointCount"},
     };
     for (const auto& stage : stages) {
         for (const auto& c : cases) {
@@ -168,9 +133,10 @@ TEST(ScanShape, EveryFailedStepIsToldOnceStopsTheRunAndSkipsTheRest) {
             EXPECT_FALSE(stage.scan(bench));
             EXPECT_EQ(bench.calls.FiredCount(), 1);
             EXPECT_TRUE(bench.run.AbortRequested);
-            std::vector<std::string> log{c.description};
-            log.insert(log.end(), c.moreLogLines.begin(), c.moreLogLines.end());
-            bench.ExpectReported({{c.description, MessageIcon::Critical}}, log);
+            const std::string text = c.description + RunBench::errorSuffix;
+            std::vector<std::string> log{text};
+            if (c.nextLogLine != nullptr) log.emplace_back(c.nextLogLine);
+            bench.ExpectReported({{text, MessageIcon::Critical}}, log);
             EXPECT_EQ(bench.calls.CountOf(c.skipped), 0);
             EXPECT_FALSE(bench.run.batch->ErrorOccurred());
             EXPECT_EQ(bench.run.batch->ErrorDescription(), "");

@@ -7,10 +7,22 @@
 
 #include "tests/support_files/HostCalls.h"
 
+/// Overrides an operation of Port by one that tells HostCalls of the call and passes it on.
+#define VELTRA_OBSERVED(Result, Name, Parameters, Qualifiers, ...)        \
+    Result Name Parameters Qualifiers {                                   \
+        return this->Pass(#Name, &Port::Name __VA_OPT__(, ) __VA_ARGS__); \
+    }
+/// The same for an operation that gives a handle of the kind, which is observed in its turn.
+#define VELTRA_OBSERVED_HANDLE(Kind, Name, Parameters, ...)                                      \
+    std::unique_ptr<ports::Kind> Name Parameters override {                                      \
+        return Wrap<Observed##Kind>(#Kind, Pass(#Name, &Port::Name __VA_OPT__(, ) __VA_ARGS__)); \
+    }
+
 /// A port that tells HostCalls of every call before it passes it on. The derived class states the operations.
-template <class Port>
-class Observed : public Port {
+template <class ObservedPort>
+class Observed : public ObservedPort {
   public:
+    using Port = ObservedPort;
     Observed(std::string kind, std::unique_ptr<Port> inner, HostCalls& calls)
         : calls_(calls), kind_(std::move(kind)), inner_(std::move(inner)) {}
     ~Observed() override { calls_.Released(kind_); }

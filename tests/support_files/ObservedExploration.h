@@ -9,59 +9,42 @@
 template <class Kind>
 class ObservedDataObject : public Observed<Kind> {
   public:
+    using Port = Kind;
     using Observed<Kind>::Observed;
-    std::vector<double> GetXValues() const override { return this->Pass("GetXValues", &Kind::GetXValues); }
-    std::vector<double> GetYValues() const override { return this->Pass("GetYValues", &Kind::GetYValues); }
-    ports::AxisRange GetXAxisRange() const override { return this->Pass("GetXAxisRange", &Kind::GetXAxisRange); }
-    ports::AxisRange GetYValueRange() const override { return this->Pass("GetYValueRange", &Kind::GetYValueRange); }
-    void SetXValues(const std::vector<double>& values) override { this->Pass("SetXValues", &Kind::SetXValues, values); }
-    void SetYValues(const std::vector<double>& values) override { this->Pass("SetYValues", &Kind::SetYValues, values); }
-    void SetXAxisRange(const ports::AxisRange& range) override {
-        this->Pass("SetXAxisRange", &Kind::SetXAxisRange, range);
-    }
-    void SetYValueRange(const ports::AxisRange& range) override {
-        this->Pass("SetYValueRange", &Kind::SetYValueRange, range);
-    }
-    void ExploreSetDataFile(const std::string& path) override {
-        this->Pass("ExploreSetDataFile", &Kind::ExploreSetDataFile, path);
-    }
+    VELTRA_OBSERVED(std::vector<double>, GetXValues, (), const override)
+    VELTRA_OBSERVED(std::vector<double>, GetYValues, (), const override)
+    VELTRA_OBSERVED(ports::AxisRange, GetXAxisRange, (), const override)
+    VELTRA_OBSERVED(ports::AxisRange, GetYValueRange, (), const override)
+    VELTRA_OBSERVED(void, SetXValues, (const std::vector<double>& values), override, values)
+    VELTRA_OBSERVED(void, SetYValues, (const std::vector<double>& values), override, values)
+    VELTRA_OBSERVED(void, SetXAxisRange, (const ports::AxisRange& range), override, range)
+    VELTRA_OBSERVED(void, SetYValueRange, (const ports::AxisRange& range), override, range)
+    VELTRA_OBSERVED(void, ExploreSetDataFile, (const std::string& path), override, path)
 };
 
 class ObservedChromatogramData : public ObservedDataObject<ports::ChromatogramData> {
-    using Port = ports::ChromatogramData;
-
   public:
     using ObservedDataObject::ObservedDataObject;
-    void ExploreLoadTIC(int sample, int period, int experiment) override {
-        Pass("ExploreLoadTIC", &Port::ExploreLoadTIC, sample, period, experiment);
-    }
-    void ExploreLoadXIC(int sample, int period, int experiment, double massStart, double massStop) override {
-        Pass("ExploreLoadXIC", &Port::ExploreLoadXIC, sample, period, experiment, massStart, massStop);
-    }
-    void ExploreLoadXICOverlay(int sample, int period, int experiment, int massNumber) override {
-        Pass("ExploreLoadXICOverlay", &Port::ExploreLoadXICOverlay, sample, period, experiment, massNumber);
-    }
-    int ExplorePointCount() const override { return Pass("ExplorePointCount", &Port::ExplorePointCount); }
-    double ExplorePointX(int point) const override { return Pass("ExplorePointX", &Port::ExplorePointX, point); }
-    double ExplorePointY(int point) const override { return Pass("ExplorePointY", &Port::ExplorePointY, point); }
-    void ExploreSortPoints(bool byX, bool ascending) override {
-        Pass("ExploreSortPoints", &Port::ExploreSortPoints, byX, ascending);
-    }
+    VELTRA_OBSERVED(void, ExploreLoadTIC, (int sample, int period, int experiment), override, sample, period,
+                    experiment)
+    VELTRA_OBSERVED(void, ExploreLoadXIC, (int sample, int period, int experiment, double massStart, double massStop),
+                    override, sample, period, experiment, massStart, massStop)
+    VELTRA_OBSERVED(void, ExploreLoadXICOverlay, (int sample, int period, int experiment, int massNumber), override,
+                    sample, period, experiment, massNumber)
+    VELTRA_OBSERVED(int, ExplorePointCount, (), const override)
+    VELTRA_OBSERVED(double, ExplorePointX, (int point), const override, point)
+    VELTRA_OBSERVED(double, ExplorePointY, (int point), const override, point)
+    VELTRA_OBSERVED(void, ExploreSortPoints, (bool byX, bool ascending), override, byX, ascending)
 };
 
 class ObservedSpectrumData : public ObservedDataObject<ports::SpectrumData> {
-    using Port = ports::SpectrumData;
-
   public:
     using ObservedDataObject::ObservedDataObject;
-    void ExploreLoadSpectrumByTime(int sample, int period, int experiment, float startSeconds,
-                                   float stopSeconds) override {
-        Pass("ExploreLoadSpectrumByTime", &Port::ExploreLoadSpectrumByTime, sample, period, experiment, startSeconds,
-             stopSeconds);
-    }
-    void ExploreLoadSpectrumByCycle(int sample, int firstCycle, int lastCycle) override {
-        Pass("ExploreLoadSpectrumByCycle", &Port::ExploreLoadSpectrumByCycle, sample, firstCycle, lastCycle);
-    }
+    VELTRA_OBSERVED(void, ExploreLoadSpectrumByTime,
+                    (int sample, int period, int experiment, float startSeconds, float stopSeconds), override, sample,
+                    period, experiment, startSeconds, stopSeconds)
+    VELTRA_OBSERVED(void, ExploreLoadSpectrumByCycle, (int sample, int firstCycle, int lastCycle), override, sample,
+                    firstCycle, lastCycle)
 };
 
 class ObservedSmoothingProcessor : public Observed<ports::SmoothingProcessor> {
@@ -74,41 +57,21 @@ class ObservedSmoothingProcessor : public Observed<ports::SmoothingProcessor> {
 };
 
 class ObservedPeakList : public Observed<ports::PeakList> {
-    using Port = ports::PeakList;
-
   public:
     using Observed::Observed;
-    int ExplorePeakCount() const override { return Pass("ExplorePeakCount", &Port::ExplorePeakCount); }
-    int ExploreFindHighestInRange(double lowMz, double highMz) const override {
-        return Pass("ExploreFindHighestInRange", &Port::ExploreFindHighestInRange, lowMz, highMz);
-    }
-    int ExploreFindNearest(double mz, double tolerance) const override {
-        return Pass("ExploreFindNearest", &Port::ExploreFindNearest, mz, tolerance);
-    }
-    double ExplorePeakAttribute(int peak, int attribute) const override {
-        return Pass("ExplorePeakAttribute", &Port::ExplorePeakAttribute, peak, attribute);
-    }
-    double ExplorePeakCentroid(int peak, int which) const override {
-        return Pass("ExplorePeakCentroid", &Port::ExplorePeakCentroid, peak, which);
-    }
+    VELTRA_OBSERVED(int, ExplorePeakCount, (), const override)
+    VELTRA_OBSERVED(int, ExploreFindHighestInRange, (double lowMz, double highMz), const override, lowMz, highMz)
+    VELTRA_OBSERVED(int, ExploreFindNearest, (double mz, double tolerance), const override, mz, tolerance)
+    VELTRA_OBSERVED(double, ExplorePeakAttribute, (int peak, int attribute), const override, peak, attribute)
+    VELTRA_OBSERVED(double, ExplorePeakCentroid, (int peak, int which), const override, peak, which)
 };
 
 class ObservedDataExploration : public Observed<ports::DataExploration> {
-    using Port = ports::DataExploration;
-
   public:
     using Observed::Observed;
-    std::unique_ptr<ports::ChromatogramData> CreateChromatogramData() override {
-        return Wrap<ObservedChromatogramData>("ChromatogramData",
-                                              Pass("CreateChromatogramData", &Port::CreateChromatogramData));
-    }
-    std::unique_ptr<ports::SpectrumData> CreateSpectrumData() override {
-        return Wrap<ObservedSpectrumData>("SpectrumData", Pass("CreateSpectrumData", &Port::CreateSpectrumData));
-    }
-    std::unique_ptr<ports::SmoothingProcessor> CreateSmoothingProcessor() override {
-        return Wrap<ObservedSmoothingProcessor>("SmoothingProcessor",
-                                                Pass("CreateSmoothingProcessor", &Port::CreateSmoothingProcessor));
-    }
+    VELTRA_OBSERVED_HANDLE(ChromatogramData, CreateChromatogramData, ())
+    VELTRA_OBSERVED_HANDLE(SpectrumData, CreateSpectrumData, ())
+    VELTRA_OBSERVED_HANDLE(SmoothingProcessor, CreateSmoothingProcessor, ())
     std::unique_ptr<ports::PeakList> ExplorePeakList(const std::string& dataFilePath, int sample,
                                                      const ports::SpectrumData& spectrum) override {
         calls_.Before("ExplorePeakList", dataFilePath, sample);

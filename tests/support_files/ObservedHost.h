@@ -9,54 +9,37 @@
 #include "tests/support_files/ObservedMethods.h"
 
 class ObservedTolmBatch : public Observed<ports::TolmBatch> {
-    using Port = ports::TolmBatch;
-
   public:
     using Observed::Observed;
-    void TolmSetBatchName(const std::string& batchFileName) override {
-        Pass("TolmSetBatchName", &Port::TolmSetBatchName, batchFileName);
-    }
-    void TolmSetBatchUser(const std::string& userName) override {
-        Pass("TolmSetBatchUser", &Port::TolmSetBatchUser, userName);
-    }
-    void TolmSetBatchText(const std::string& text) override { Pass("TolmSetBatchText", &Port::TolmSetBatchText, text); }
-    void TolmSetBatchProject(const std::string& project) override {
-        Pass("TolmSetBatchProject", &Port::TolmSetBatchProject, project);
-    }
-    int TolmAddSet(const std::string& setName) override { return Pass("TolmAddSet", &Port::TolmAddSet, setName); }
-    void TolmSetSetAcquisitionMethod(int set, const std::string& methodFileName) override {
-        Pass("TolmSetSetAcquisitionMethod", &Port::TolmSetSetAcquisitionMethod, set, methodFileName);
-    }
-    void TolmSetSetProcessingMethod(int set, const std::string& methodName) override {
-        Pass("TolmSetSetProcessingMethod", &Port::TolmSetSetProcessingMethod, set, methodName);
-    }
-    int TolmAddSample(int set) override { return Pass("TolmAddSample", &Port::TolmAddSample, set); }
-    void TolmSetSampleDataFile(int set, int sample, const std::string& dataFileName) override {
-        Pass("TolmSetSampleDataFile", &Port::TolmSetSampleDataFile, set, sample, dataFileName);
-    }
-    void TolmSetSampleField(int set, int sample, SampleField field, const std::string& text) override {
-        Pass("TolmSetSampleField", &Port::TolmSetSampleField, set, sample, field, text);
-    }
+    VELTRA_OBSERVED(void, TolmSetBatchName, (const std::string& batchFileName), override, batchFileName)
+    VELTRA_OBSERVED(void, TolmSetBatchUser, (const std::string& userName), override, userName)
+    VELTRA_OBSERVED(void, TolmSetBatchText, (const std::string& text), override, text)
+    VELTRA_OBSERVED(void, TolmSetBatchProject, (const std::string& project), override, project)
+    VELTRA_OBSERVED(int, TolmAddSet, (const std::string& setName), override, setName)
+    VELTRA_OBSERVED(void, TolmSetSetAcquisitionMethod, (int set, const std::string& methodFileName), override, set,
+                    methodFileName)
+    VELTRA_OBSERVED(void, TolmSetSetProcessingMethod, (int set, const std::string& methodName), override, set,
+                    methodName)
+    VELTRA_OBSERVED(int, TolmAddSample, (int set), override, set)
+    VELTRA_OBSERVED(void, TolmSetSampleDataFile, (int set, int sample, const std::string& dataFileName), override, set,
+                    sample, dataFileName)
+    VELTRA_OBSERVED(void, TolmSetSampleField, (int set, int sample, SampleField field, const std::string& text),
+                    override, set, sample, field, text)
 };
 
 class ObservedTolmService : public Observed<ports::TolmService> {
-    using Port = ports::TolmService;
-
   public:
     using Observed::Observed;
-    void TolmInitialize() override { Pass("TolmInitialize", &Port::TolmInitialize); }
-    std::string TolmLogon(const std::string& userName, const std::string& password, const std::string& domain,
-                          const std::string& options, const std::string& clientName) override {
-        return Pass("TolmLogon", &Port::TolmLogon, userName, password, domain, options, clientName);
-    }
-    void TolmSelectProject(const std::string& session, const std::string& projectPath,
-                           const std::string& projectName) override {
-        Pass("TolmSelectProject", &Port::TolmSelectProject, session, projectPath, projectName);
-    }
-    void TolmLogoff(const std::string& session) override { Pass("TolmLogoff", &Port::TolmLogoff, session); }
-    std::unique_ptr<ports::TolmBatch> TolmNewBatch(const std::string& session) override {
-        return Wrap<ObservedTolmBatch>("TolmBatch", Pass("TolmNewBatch", &Port::TolmNewBatch, session));
-    }
+    VELTRA_OBSERVED(void, TolmInitialize, (), override)
+    VELTRA_OBSERVED(std::string, TolmLogon,
+                    (const std::string& userName, const std::string& password, const std::string& domain,
+                     const std::string& options, const std::string& clientName),
+                    override, userName, password, domain, options, clientName)
+    VELTRA_OBSERVED(void, TolmSelectProject,
+                    (const std::string& session, const std::string& projectPath, const std::string& projectName),
+                    override, session, projectPath, projectName)
+    VELTRA_OBSERVED(void, TolmLogoff, (const std::string& session), override, session)
+    VELTRA_OBSERVED_HANDLE(TolmBatch, TolmNewBatch, (const std::string& session), session)
     void TolmSubmitBatch(const std::string& session, ports::TolmBatch& batch) override {
         calls_.Before("TolmSubmitBatch", session);
         Inner().TolmSubmitBatch(session, Unwrapped<ObservedTolmBatch>(batch));
@@ -69,56 +52,41 @@ class ObservedTolmService : public Observed<ports::TolmService> {
 };
 
 class ObservedQueueServer : public Observed<ports::QueueServer> {
-    using Port = ports::QueueServer;
-
   public:
     using Observed::Observed;
-    void HostQueuePrepare() override { Pass("HostQueuePrepare", &Port::HostQueuePrepare); }
-    void HostQueueReset() override { Pass("HostQueueReset", &Port::HostQueueReset); }
-    void HostQueueEnable() override { Pass("HostQueueEnable", &Port::HostQueueEnable); }
-    void HostQueueRun() override { Pass("HostQueueRun", &Port::HostQueueRun); }
+    VELTRA_OBSERVED(void, HostQueuePrepare, (), override)
+    VELTRA_OBSERVED(void, HostQueueReset, (), override)
+    VELTRA_OBSERVED(void, HostQueueEnable, (), override)
+    VELTRA_OBSERVED(void, HostQueueRun, (), override)
 };
 
 class ObservedPause : public Observed<ports::Pause> {
   public:
     using Observed::Observed;
-    void HostSleep(std::int32_t milliseconds) override { Pass("HostSleep", &ports::Pause::HostSleep, milliseconds); }
+    VELTRA_OBSERVED(void, HostSleep, (std::int32_t milliseconds), override, milliseconds)
 };
 
 class ObservedInstrumentHelper : public Observed<ports::InstrumentHelper> {
-    using Port = ports::InstrumentHelper;
-
   public:
     using Observed::Observed;
-    std::int32_t GetInstrumentModelCode() override {
-        return Pass("GetInstrumentModelCode", &Port::GetInstrumentModelCode);
-    }
-    bool IsLinearIonTrap(std::int32_t modelCode) override {
-        return Pass("IsLinearIonTrap", &Port::IsLinearIonTrap, modelCode);
-    }
-    double GetStepSizeForScanRate(std::int32_t modelCode, int scanType, const std::string& scanRate) override {
-        return Pass("GetStepSizeForScanRate", &Port::GetStepSizeForScanRate, modelCode, scanType, scanRate);
-    }
-    std::vector<std::string> HostGetScanRates(std::int32_t modelCode, int scanType) override {
-        return Pass("HostGetScanRates", &Port::HostGetScanRates, modelCode, scanType);
-    }
+    VELTRA_OBSERVED(std::int32_t, GetInstrumentModelCode, (), override)
+    VELTRA_OBSERVED(bool, IsLinearIonTrap, (std::int32_t modelCode), override, modelCode)
+    VELTRA_OBSERVED(double, GetStepSizeForScanRate, (std::int32_t modelCode, int scanType, const std::string& scanRate),
+                    override, modelCode, scanType, scanRate)
+    VELTRA_OBSERVED(std::vector<std::string>, HostGetScanRates, (std::int32_t modelCode, int scanType), override,
+                    modelCode, scanType)
 };
 
 class ObservedElementTable : public Observed<ports::ElementTable> {
   public:
     using Observed::Observed;
-    std::vector<ports::Isotope> GetIsotopes(const std::string& symbol) override {
-        return Pass("GetIsotopes", &ports::ElementTable::GetIsotopes, symbol);
-    }
+    VELTRA_OBSERVED(std::vector<ports::Isotope>, GetIsotopes, (const std::string& symbol), override, symbol)
 };
 
 class ObservedHostApplication : public Observed<ports::HostApplication> {
   public:
     using Observed::Observed;
-    std::unique_ptr<ports::AcquisitionService> GetAcquisitionService() override {
-        return Wrap<ObservedAcquisitionService>(
-            "AcquisitionService", Pass("GetAcquisitionService", &ports::HostApplication::GetAcquisitionService));
-    }
+    VELTRA_OBSERVED_HANDLE(AcquisitionService, GetAcquisitionService, ())
 };
 
 /// A whole host, every call of which goes through HostCalls first. The two operations that never fail by contract are
