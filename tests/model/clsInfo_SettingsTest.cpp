@@ -22,7 +22,7 @@ using support::JoinLines;
 using veltra::clsInfo_Settings;
 
 /// The keys of the file in their order, what the defaults are written as, another valid text, and one that does not
-/// convert (none for texts and booleans).
+/// convert (none for texts and booleans). The valid numbers are those that a careless conversion would change.
 struct FileLine {
     const char* key;
     const char* standard;
@@ -32,25 +32,25 @@ struct FileLine {
 const std::vector<FileLine> basicLines{
     {"MethodFilePath", "", "D:\\Projects\\Caffeine\\Acquisition Methods\\start.xmt", nullptr},
     {"CompoundName", "", "Caffeine", nullptr},
-    {"ExpectedMZ", "0", "195.0876", "195,0876"},
+    {"ExpectedMZ", "0", "0.30000000000000004", "195,0876"},
     {"Q1Resolution", "1", "2", "40000"},
     {"Polarity", "0", "1", "negative"},
 };
 const std::vector<FileLine> advancedLines{
     {"ERScanRate", "1000", "250", nullptr},
-    {"ERCycles", "20", "40000", "3000000000"},
+    {"ERCycles", "20", "-2147483648", "3000000000"},
     {"Q1MIDPRampStart", "0", "20.5", "20V"},
     {"Q1MIDPRampStop", "100", "150", "1e39"},
     {"Q1MIDPRampStep", "5", "0.1", "0x1"},
-    {"Q1MIDwellTime", "100", "0.1", "inf"},
+    {"Q1MIDwellTime", "100", "1E-05", "inf"},
     {"EPIScanRate", "1000", "4000", nullptr},
-    {"EPINum2ndPrec", "5", "3", "32768"},
+    {"EPINum2ndPrec", "5", "32767", "32768"},
     {"EPICycles", "3", "7", "x"},
-    {"EPIMassStart", "225", "50.25", "x"},
-    {"EPIMassEnd", "1000", "900", "x"},
-    {"EPI_CE", "40", "35", "x"},
+    {"EPIMassStart", "225", "16777216", "x"},
+    {"EPIMassEnd", "1000", "100.1", "x"},
+    {"EPI_CE", "40", "-1E-05", "x"},
     {"EPI_CES", "15", "10", "x"},
-    {"MRMDwellTime", "50", "75", "x"},
+    {"MRMDwellTime", "50", "1E+15", "x"},
     {"MS3ScanRate", "1000", "10000", nullptr},
     {"MS3FixedFillTime", "20", "150", "x"},
     {"MS3MassStart", "100", "80", "x"},
@@ -159,33 +159,6 @@ TEST_F(Settings, BooleansAndProjectNames) {
         EXPECT_EQ(ReadFrom(std::string("[Veltra]\nMethodFilePath=") + method).OrvanelProjectName, project);
 }
 
-TEST_F(Settings, AwkwardNumbersSurviveTheFile) {
-    clsInfo_Settings settings(path);
-    settings.ExpectedMZ = 0.1 + 0.2;
-    settings.Advanced_Q1MIDwellTime = 1e-5;
-    settings.Advanced_MRMDwellTime = 1e15;
-    settings.Advanced_MS3FixedFillTime = 35 * 0.01;
-    settings.Advanced_ERCycles = std::numeric_limits<std::int32_t>::min();
-    settings.Advanced_EPINum2ndPrec = std::numeric_limits<std::int16_t>::max();
-    settings.Advanced_EPIMassStart = 16777216;
-    settings.Advanced_EPIMassEnd = 100.1f;
-    settings.Advanced_EPI_CE = -1e-5f;
-    settings.Advanced_EPI_CES = std::numeric_limits<float>::max();
-    settings.WriteGlobalSettings();
-    clsInfo_Settings read(path);
-    read.ReadGlobalSettings();
-    EXPECT_EQ(read.ExpectedMZ, settings.ExpectedMZ);
-    EXPECT_EQ(read.Advanced_Q1MIDwellTime, settings.Advanced_Q1MIDwellTime);
-    EXPECT_EQ(read.Advanced_MRMDwellTime, settings.Advanced_MRMDwellTime);
-    EXPECT_EQ(read.Advanced_MS3FixedFillTime, settings.Advanced_MS3FixedFillTime);
-    EXPECT_EQ(read.Advanced_ERCycles, settings.Advanced_ERCycles);
-    EXPECT_EQ(read.Advanced_EPINum2ndPrec, settings.Advanced_EPINum2ndPrec);
-    EXPECT_EQ(read.Advanced_EPIMassStart, settings.Advanced_EPIMassStart);
-    EXPECT_EQ(read.Advanced_EPIMassEnd, settings.Advanced_EPIMassEnd);
-    EXPECT_EQ(read.Advanced_EPI_CE, settings.Advanced_EPI_CE);
-    EXPECT_EQ(read.Advanced_EPI_CES, settings.Advanced_EPI_CES);
-}
-
 TEST_F(Settings, ForeignLinesStayAndAFailingWriteIsIgnored) {
     const std::string foreign = "; mine\r\n[Other]\r\nkey=1\r\n[veltra]\r\ncompoundname=old ; name\r\n";
     support::WriteWholeFile(path, foreign);
@@ -250,85 +223,87 @@ TEST_F(Settings, TextColumns) {
     }
 }
 
+using Spoil = std::function<void(clsInfo_Settings&)>;
+
+Spoil Mz(double mz) {
+    return [mz](auto& settings) { settings.ExpectedMZ = mz; };
+}
+Spoil Name(std::size_t length) {
+    return [length](auto& settings) { settings.CompoundName.assign(length, 'x'); };
+}
+Spoil Precursors(std::int16_t count) {
+    return [count](auto& settings) { settings.Advanced_EPINum2ndPrec = count; };
+}
+Spoil Ramp(float start, float stop, float step) {
+    return [start, stop, step](auto& settings) {
+        settings.Advanced_Q1MIDPRampStart = start;
+        settings.Advanced_Q1MIDPRampStop = stop;
+        settings.Advanced_Q1MIDPRampStep = step;
+    };
+}
+
+/// What is shown for the settings; nothing when they are valid.
+std::string Complaint(const clsInfo_Settings& settings) {
+    RecordedMessageBoxes boxes;
+    const bool valid = settings.AreSettingsValid(boxes);
+    EXPECT_EQ(valid, boxes.shown.empty());
+    if (boxes.shown.empty()) return "";
+    EXPECT_EQ(boxes.shown, (std::vector<RecordedMessageBoxes::Box>{{boxes.shown[0].text, ports::MessageIcon::None}}));
+    return boxes.shown[0].text;
+}
+
+const std::string mzTooLow = "m/z must be greater than or equal to 15, please update the Settings";
+const std::string wrongCount = "The entered EPI number of 2nd precursors to use is out of range (1 to 10).";
+const std::string wrongStep = "The entered DP ramp step value is out of range ";
+
 /// Each row breaks one more thing, from the last check backwards, so that every message also shows which check is
 /// earlier.
 TEST_F(Settings, ChecksRunInOrderAndTheFirstMessageIsShown) {
-    struct Case {
-        std::function<void(clsInfo_Settings&)> spoil;
-        const char* message;
-    };
-    const Case cases[] = {
-        {[](auto& s) { s.Advanced_EPINum2ndPrec = 0; },
-         "The entered EPI number of 2nd precursors to use is out of range (1 to 10)."},
-        {[](auto& s) { s.Advanced_Q1MIDPRampStep = 100.5f; },
-         "The entered DP ramp step value is out of range (0.001 to 100)."},
-        {[](auto& s) { s.Advanced_Q1MIDPRampStop = s.Advanced_Q1MIDPRampStart; },
-         "The entered DP ramp start and stop values are equal, ramp is not valid."},
-        {[](auto& s) { s.Advanced_Q1MIDPRampStop = 200.1f; },
-         "The entered DP ramp stop value is out of range (0 to 200)."},
-        {[](auto& s) { s.Advanced_Q1MIDPRampStart = -0.1f; },
-         "The entered DP ramp start value is out of range (0 to 200)."},
-        {[](auto& s) { s.ExpectedMZ = 14.999; }, "m/z must be greater than or equal to 15, please update the Settings"},
-        {[](auto& s) { s.ExpectedMZ = 1700.001; }, "m/z  cannot exceed 1700 Da, please update the Settings"},
-        {[](auto& s) { s.CompoundName = std::string(32, 'x'); },
-         "Compound name exceeds limit by 1 characters, please update the Settings."},
-        {[](auto& s) { s.CompoundName = ""; }, "Please enter a compound name in the Settings"},
-        {[](auto& s) { s.StarterMethodFilePath = ""; },
+    const std::pair<Spoil, std::string> cases[] = {
+        {Precursors(0), wrongCount},
+        {Ramp(0, 100, 100.5f), wrongStep + "(0.001 to 100)."},
+        {Ramp(50, 50, 100.5f), "The entered DP ramp start and stop values are equal, ramp is not valid."},
+        {Ramp(0, 200.1f, 0), "The entered DP ramp stop value is out of range (0 to 200)."},
+        {Ramp(-0.1f, 200.1f, 0), "The entered DP ramp start value is out of range (0 to 200)."},
+        {Mz(14.999), mzTooLow},
+        {Mz(1700.001), "m/z  cannot exceed 1700 Da, please update the Settings"},
+        {Name(32), "Compound name exceeds limit by 1 characters, please update the Settings."},
+        {Name(0), "Please enter a compound name in the Settings"},
+        {[](auto& settings) { settings.StarterMethodFilePath = ""; },
          "Please select a starter acquisition method file in the Settings"},
     };
     auto settings = Valid();
-    RecordedMessageBoxes boxes;
-    EXPECT_TRUE(settings.AreSettingsValid(boxes));
-    EXPECT_TRUE(boxes.shown.empty());
+    EXPECT_EQ(Complaint(settings), "");
     for (const auto& [spoil, message] : cases) {
         spoil(settings);
-        boxes.shown.clear();
-        EXPECT_FALSE(settings.AreSettingsValid(boxes));
-        EXPECT_EQ(boxes.shown, (std::vector<RecordedMessageBoxes::Box>{{message, ports::MessageIcon::None}}));
+        EXPECT_EQ(Complaint(settings), message);
     }
 }
 
 TEST_F(Settings, LimitsThemselvesPass) {
-    struct Case {
-        std::function<void(clsInfo_Settings&)> set;
-        const char* message;  ///< null when the settings are valid
-    };
-    const auto ramp = [](float start, float stop, float step) {
-        return [=](clsInfo_Settings& s) {
-            s.Advanced_Q1MIDPRampStart = start;
-            s.Advanced_Q1MIDPRampStop = stop;
-            s.Advanced_Q1MIDPRampStep = step;
-        };
-    };
-    const Case cases[] = {
-        {[](auto& s) { s.ExpectedMZ = 15; }, nullptr},
-        {[](auto& s) { s.ExpectedMZ = 1700; }, nullptr},
-        {[](auto& s) { s.ExpectedMZ = 0; }, "m/z must be greater than or equal to 15, please update the Settings"},
-        {[](auto& s) { s.ExpectedMZ = std::numeric_limits<double>::quiet_NaN(); },
-         "m/z must be greater than or equal to 15, please update the Settings"},
-        {[](auto& s) { s.CompoundName = std::string(31, 'x'); }, nullptr},
-        {[](auto& s) { s.Advanced_EPINum2ndPrec = 1; }, nullptr},
-        {[](auto& s) { s.Advanced_EPINum2ndPrec = 10; }, nullptr},
-        {[](auto& s) { s.Advanced_EPINum2ndPrec = 11; },
-         "The entered EPI number of 2nd precursors to use is out of range (1 to 10)."},
-        {ramp(0, 200, 200), nullptr},
-        {ramp(0, 100, 0.001f), nullptr},
-        {ramp(0, 100, 0.0009f), "The entered DP ramp step value is out of range (0.001 to 100)."},
-        {ramp(0, 100, -5), "The entered DP ramp step value is out of range (0.001 to 100)."},
-        {ramp(100, 0, -5), nullptr},
-        {ramp(100, 0, -100), nullptr},
-        {ramp(100, 0, -0.001f), nullptr},
-        {ramp(100, 0, 5), "The entered DP ramp step value is out of range (-100 to -0.001)."},
-        {ramp(0.1f, 33.4327f, 50), "The entered DP ramp step value is out of range (0.001 to 33.333)."},
+    const std::pair<Spoil, std::string> cases[] = {
+        {Mz(15), ""},
+        {Mz(1700), ""},
+        {Mz(0), mzTooLow},
+        {Mz(std::numeric_limits<double>::quiet_NaN()), mzTooLow},
+        {Name(31), ""},
+        {Precursors(1), ""},
+        {Precursors(10), ""},
+        {Precursors(11), wrongCount},
+        {Ramp(0, 200, 200), ""},
+        {Ramp(0, 100, 0.001f), ""},
+        {Ramp(0, 100, 0.0009f), wrongStep + "(0.001 to 100)."},
+        {Ramp(0, 100, -5), wrongStep + "(0.001 to 100)."},
+        {Ramp(100, 0, -5), ""},
+        {Ramp(100, 0, -100), ""},
+        {Ramp(100, 0, -0.001f), ""},
+        {Ramp(100, 0, 5), wrongStep + "(-100 to -0.001)."},
+        {Ramp(0.1f, 33.4327f, 50), wrongStep + "(0.001 to 33.333)."},
     };
     for (const auto& [set, message] : cases) {
         auto settings = Valid();
         set(settings);
-        RecordedMessageBoxes boxes;
-        EXPECT_EQ(settings.AreSettingsValid(boxes), message == nullptr);
-        std::vector<RecordedMessageBoxes::Box> expected;
-        if (message != nullptr) expected.push_back({message, ports::MessageIcon::None});
-        EXPECT_EQ(boxes.shown, expected);
+        EXPECT_EQ(Complaint(settings), message);
     }
 }
 

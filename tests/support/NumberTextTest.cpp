@@ -16,46 +16,25 @@ using namespace support;
 constexpr double infinity = std::numeric_limits<double>::infinity();
 constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 
-TEST(NumberText, GeneralTextOfDouble) {
-    struct Case {
-        double value;
-        const char* text;
-    };
-    const Case cases[] = {{0, "0"},
-                          {-0.0, "0"},
-                          {100000, "100000"},
-                          {511.3 - 1, "510.3"},
-                          {0.1 + 0.2, "0.3"},
-                          {35 * 0.01, "0.35"},
-                          {-12.5, "-12.5"},
-                          {999999999999999, "999999999999999"},
-                          {1e15, "1E+15"},
-                          {-1.25e100, "-1.25E+100"},
-                          {1e-4, "0.0001"},
-                          {1e-5, "1E-05"},
-                          {1.0 / 3, "0.333333333333333"},
-                          {2.0 / 3, "0.666666666666667"},
-                          {9999999999999999.0, "1E+16"},
-                          {infinity, "Infinity"},
-                          {-infinity, "-Infinity"},
-                          {notANumber, "NaN"}};
-    for (const auto& [value, text] : cases)
-        EXPECT_EQ(GeneralText(value), text);
-    EXPECT_EQ(GeneralText(-32768), "-32768");
+/// The texts of the values, a blank between.
+template <class Number>
+std::string TextsOf(std::string (*textOf)(Number), std::initializer_list<Number> values) {
+    std::string texts;
+    for (const Number value : values)
+        texts += (texts.empty() ? "" : " ") + textOf(value);
+    return texts;
 }
 
-TEST(NumberText, GeneralTextOfSingleHasSevenDigits) {
-    struct Case {
-        float value;
-        const char* text;
-    };
-    const Case cases[] = {{0.1f, "0.1"},          {100, "100"},
-                          {-0.0f, "0"},           {1.0f / 3, "0.3333333"},
-                          {1e15f, "1E+15"},       {1e-5f, "1E-05"},
-                          {16777216, "16777220"}, {-4.35f, "-4.35"},
-                          {0.0001f, "0.0001"},    {std::numeric_limits<float>::quiet_NaN(), "NaN"}};
-    for (const auto& [value, text] : cases)
-        EXPECT_EQ(GeneralText(value), text);
+TEST(NumberText, GeneralText) {
+    EXPECT_EQ(TextsOf<double>(GeneralText, {0, -0.0, 100000, 511.3 - 1, 0.1 + 0.2, 35 * 0.01, -12.5, 999999999999999}),
+              "0 0 100000 510.3 0.3 0.35 -12.5 999999999999999");
+    EXPECT_EQ(TextsOf<double>(GeneralText, {1e15, -1.25e100, 1e-4, 1e-5, 1.0 / 3, 2.0 / 3, 9999999999999999.0}),
+              "1E+15 -1.25E+100 0.0001 1E-05 0.333333333333333 0.666666666666667 1E+16");
+    EXPECT_EQ(TextsOf<double>(GeneralText, {infinity, -infinity, notANumber}), "Infinity -Infinity NaN");
+    EXPECT_EQ(TextsOf<float>(GeneralText, {0.1f, 100, -0.0f, 1.0f / 3, 1e15f, 1e-5f, 16777216, -4.35f, 0.0001f}),
+              "0.1 100 0 0.3333333 1E+15 1E-05 16777220 -4.35 0.0001");
+    EXPECT_EQ(GeneralText(std::numeric_limits<float>::quiet_NaN()), "NaN");
+    EXPECT_EQ(GeneralText(-32768), "-32768");
 }
 
 TEST(NumberText, RoundTripTextReadsBackAsTheSameValue) {
@@ -68,58 +47,25 @@ TEST(NumberText, RoundTripTextReadsBackAsTheSameValue) {
         EXPECT_EQ(ParseSingle(RoundTripText(value)), value) << RoundTripText(value);
 }
 
+/// A tie goes to the even digit.
 TEST(NumberText, FixedForms) {
-    struct Case {
-        double value;
-        const char* scientific;
-        const char* mz;
-    };
-    const Case cases[] = {{0, "0.00E+00", "0"},
-                          {123456, "1.23E+05", "123456"},
-                          {1.125, "1.12E+00", "1.125"},  // a tie goes to the even digit
-                          {1.375, "1.38E+00", "1.375"},
-                          {-0.0625, "-6.25E-02", "-0.062"},
-                          {0.0003, "3.00E-04", "0"},
-                          {-0.0003, "-3.00E-04", "0"},
-                          {609.28066, "6.09E+02", "609.281"},
-                          {500.0999999, "5.00E+02", "500.1"},
-                          {9.999e99, "1.00E+100", "9.999E+99"},
-                          {notANumber, "NaN", "NaN"}};
-    for (const auto& [value, scientific, mz] : cases) {
-        EXPECT_EQ(ScientificText(value), scientific);
-        EXPECT_EQ(MzText(value), mz);
-    }
-}
-
-TEST(NumberText, OneDecimal) {
-    struct Case {
-        float value;
-        const char* text;
-    };
-    const Case cases[] = {{0, "0.0"},
-                          {-0.0f, "0.0"},
-                          {-0.04f, "0.0"},
-                          {5, "5.0"},
-                          {0.25f, "0.2"},
-                          {0.75f, "0.8"},
-                          {-150, "-150.0"},
-                          {99.96f, "100.0"},
-                          {1e20f, "100000002004087734272.0"},
-                          {std::numeric_limits<float>::infinity(), "N/A"},
-                          {std::numeric_limits<float>::quiet_NaN(), "N/A"}};
-    for (const auto& [value, text] : cases)
-        EXPECT_EQ(FormatOneDecimal(value), text);
+    const std::initializer_list<double> ordinary{0, 123456, 1.125, 1.375, -0.0625, 0.0003, -0.0003};
+    EXPECT_EQ(TextsOf<double>(ScientificText, ordinary),
+              "0.00E+00 1.23E+05 1.12E+00 1.38E+00 -6.25E-02 3.00E-04 -3.00E-04");
+    EXPECT_EQ(TextsOf<double>(MzText, ordinary), "0 123456 1.125 1.375 -0.062 0 0");
+    EXPECT_EQ(TextsOf<double>(ScientificText, {9.999e99, notANumber}), "1.00E+100 NaN");
+    EXPECT_EQ(TextsOf<double>(MzText, {609.28066, 500.0999999, 9.999e99, notANumber}), "609.281 500.1 9.999E+99 NaN");
+    EXPECT_EQ(TextsOf<float>(FormatOneDecimal, {0, -0.0f, -0.04f, 5, 0.25f, 0.75f, -150, 99.96f, 1e20f}),
+              "0.0 0.0 0.0 5.0 0.2 0.8 -150.0 100.0 100000002004087734272.0");
+    for (const float value : {std::numeric_limits<float>::infinity(), std::numeric_limits<float>::quiet_NaN()})
+        EXPECT_EQ(FormatOneDecimal(value), "N/A");
 }
 
 TEST(NumberText, RoundsHalfToEven) {
-    for (const auto& [value, decimals, rounded] : {std::tuple{0.5, 0, 0.0},
-                                                   {1.5, 0, 2.0},
-                                                   {2.5, 0, 2.0},
-                                                   {-2.5, 0, -2.0},
-                                                   {0.0625, 3, 0.062},
-                                                   {0.1875, 3, 0.188},
-                                                   {1e300, 3, 1e300}})
-        EXPECT_EQ(RoundHalfEven(value, decimals), rounded) << value;
+    for (const auto& [value, rounded] : {std::pair{0.5, 0.0}, {1.5, 2.0}, {2.5, 2.0}, {-2.5, -2.0}})
+        EXPECT_EQ(RoundHalfEven(value, 0), rounded) << value;
+    for (const auto& [value, rounded] : {std::pair{0.0625, 0.062}, {0.1875, 0.188}, {1e300, 1e300}})
+        EXPECT_EQ(RoundHalfEven(value, 3), rounded) << value;
     EXPECT_FALSE(std::signbit(RoundHalfEven(-0.2, 0)));
 }
 
@@ -144,75 +90,39 @@ TEST(NumberText, WholeNumbersOverflowAtTheirLimits) {
 
 TEST(NumberText, ParsesWholeTextsOnly) {
     const std::string manyZeros(400, '0');
-    struct Case {
-        std::string text;
-        std::optional<double> value;
-    };
-    const Case cases[] = {{"12.5", 12.5},
-                          {" \t-.5 ", -0.5},
-                          {"+5.", 5},
-                          {"1e3", 1000},
-                          {"1E-2", 0.01},
-                          {"-2.5e+1", -25},
-                          {"", {}},
-                          {"  ", {}},
-                          {".", {}},
-                          {"-", {}},
-                          {"+-5", {}},
-                          {"- 5", {}},
-                          {"1 2", {}},
-                          {"1.2.3", {}},
-                          {"1,5", {}},
-                          {"1e", {}},
-                          {"e5", {}},
-                          {"0x10", {}},
-                          {"&H10", {}},
-                          {"inf", {}},
-                          {"nan", {}},
-                          {"12 V", {}},
-                          {"1e999", {}},
-                          {"-1" + manyZeros, {}},
-                          {"1" + manyZeros + "e-400", 1},
-                          {"1" + manyZeros + "e99999999999999999999", {}},
-                          {"1e-999", 0},
-                          {"0." + manyZeros + "1", 0},
-                          {"1e-99999999999999999999", 0}};
-    for (const auto& [text, value] : cases)
-        EXPECT_EQ(ParseDouble(text), value) << text.substr(0, 40);
+    for (const auto& [text, value] : {std::pair{"12.5", 12.5}, {" \t-.5 ", -0.5}, {"+5.", 5.0}, {"1e3", 1000.0}})
+        EXPECT_EQ(ParseDouble(text), value) << text;
+    for (const auto& [text, value] : {std::pair{"1E-2", 0.01}, {"-2.5e+1", -25.0}, {"1e-999", 0.0}})
+        EXPECT_EQ(ParseDouble(text), value) << text;
+    for (const char* text : {"", "  ", ".", "-", "+-5", "- 5", "1 2", "1.2.3", "1,5", "1e", "e5", "0x10", "&H10", "inf",
+                             "nan", "12 V", "1e999"})
+        EXPECT_EQ(ParseDouble(text), std::nullopt) << text;
+    EXPECT_EQ(ParseDouble("-1" + manyZeros), std::nullopt);
+    EXPECT_EQ(ParseDouble("1" + manyZeros + "e-400"), 1);
+    EXPECT_EQ(ParseDouble("1" + manyZeros + "e99999999999999999999"), std::nullopt);
+    EXPECT_EQ(ParseDouble("0." + manyZeros + "1"), 0);
+    EXPECT_EQ(ParseDouble("1e-99999999999999999999"), 0);
     EXPECT_EQ(ParseSingle("1e39"), std::nullopt);
     EXPECT_EQ(ParseSingle("1e-60"), 0.0f);
     EXPECT_EQ(ParseSingle("0.1"), 0.1f);
 }
 
 TEST(NumberText, ParsesWholeNumbersWithRounding) {
-    struct Case {
-        const char* text;
-        std::optional<std::int16_t> narrow;
-        std::optional<std::int32_t> wide;
-    };
-    const Case cases[] = {{"5", std::int16_t{5}, 5},
-                          {"2.5", std::int16_t{2}, 2},
-                          {"3.5", std::int16_t{4}, 4},
-                          {"-1e2", std::int16_t{-100}, -100},
-                          {"32768", {}, 32768},
-                          {"3000000000", {}, {}},
-                          {"five", {}, {}},
-                          {"", {}, {}}};
-    for (const auto& [text, narrow, wide] : cases) {
-        EXPECT_EQ(ParseInt16(text), narrow) << text;
-        EXPECT_EQ(ParseInt32(text), wide) << text;
+    for (const auto& [text, number] : {std::pair{"5", 5}, {"2.5", 2}, {"3.5", 4}, {"-1e2", -100}}) {
+        EXPECT_EQ(ParseInt16(text), number) << text;
+        EXPECT_EQ(ParseInt32(text), number) << text;
     }
+    EXPECT_EQ(ParseInt32("32768"), 32768);
+    for (const char* text : {"32768", "3000000000", "five", ""})
+        EXPECT_EQ(ParseInt16(text), std::nullopt) << text;
+    for (const char* text : {"3000000000", "five", ""})
+        EXPECT_EQ(ParseInt32(text), std::nullopt) << text;
 }
 
 TEST(NumberText, LeadingNumberStopsWhereTheNumberDoes) {
-    for (const auto& [text, value] : {std::pair{"1000", 1000.0},
-                                      {"  250 Da/s", 250.0},
-                                      {"10000.5.7", 10000.5},
-                                      {"-3e2x", -300.0},
-                                      {"4e", 4.0},
-                                      {"1000e+ ", 1000.0},
-                                      {"fast", 0.0},
-                                      {"", 0.0}})
+    for (const auto& [text, value] : {std::pair{"1000", 1000.0}, {"  250 Da/s", 250.0}, {"10000.5.7", 10000.5}})
+        EXPECT_EQ(LeadingNumber(text), value) << text;
+    for (const auto& [text, value] : {std::pair{"-3e2x", -300.0}, {"4e", 4.0}, {"1e+ ", 1.0}, {"fast", 0.0}, {"", 0.0}})
         EXPECT_EQ(LeadingNumber(text), value) << text;
 }
 
