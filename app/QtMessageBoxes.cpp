@@ -1,6 +1,7 @@
 #include "app/QtMessageBoxes.h"
 
 #include <QApplication>
+#include <QMainWindow>
 #include <QMessageBox>
 
 namespace app {
@@ -19,13 +20,21 @@ QMessageBox::Icon IconOf(ports::MessageIcon icon) {
 }
 
 int Run(const std::string& text, QMessageBox::Icon icon, QMessageBox::StandardButtons buttons) {
-    QMessageBox box(icon, "Veltra", QString::fromStdString(text), buttons, QApplication::activeWindow());
+    QMessageBox box(icon, "Veltra", QString::fromStdString(text), buttons, DialogParent());
     box.setTextFormat(Qt::PlainText);
     box.setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     return box.exec();
 }
 
 }  // namespace
+
+QWidget* DialogParent() {
+    if (QApplication::activeWindow() != nullptr) return QApplication::activeWindow();
+    // Somebody may be working in another program meanwhile: the question still belongs over our window.
+    for (QWidget* window : QApplication::topLevelWidgets())
+        if (window->isVisible() && qobject_cast<QMainWindow*>(window) != nullptr) return window;
+    return nullptr;
+}
 
 void QtMessageBoxes::Show(const std::string& strText, ports::MessageIcon icon) {
     Run(strText, IconOf(icon), QMessageBox::Ok);

@@ -2,9 +2,14 @@
 
 #include "ports/MessageBoxes.h"
 
+class QWidget;
+
 namespace app {
 
-/// Modal boxes with the title "Veltra" and texts that can be selected, over the window that is active.
+/// The window that a dialog belongs over: the active one, else the main window; null when none is open.
+QWidget* DialogParent();
+
+/// Modal boxes with the title "Veltra" and texts that can be selected.
 class QtMessageBoxes : public ports::MessageBoxes {
   public:
     void Show(const std::string& strText, ports::MessageIcon icon) override;

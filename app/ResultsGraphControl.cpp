@@ -71,6 +71,9 @@ ResultsGraphControl::ResultsGraphControl(QWidget* parent)
     plot_->yAxis->setNumberPrecision(3);
     plot_->yAxis->ticker()->setTickCount(4);
     plot_->setMouseTracking(true);
+    plot_->legend->setIconSize(14, 8);
+    plot_->legend->setRowSpacing(0);
+    plot_->legend->setMargins({4, 2, 4, 2});
     connect(plot_, &QCustomPlot::mouseDoubleClick, this, &ResultsGraphControl::ResetZoom);
     connect(plot_, &QCustomPlot::mouseMove, this, [this](QMouseEvent* event) { ShowCoordinates(event->pos()); });
     connect(plot_, &QWidget::customContextMenuRequested, this, &ResultsGraphControl::ShowContextMenu);
@@ -197,7 +200,7 @@ void ResultsGraphControl::ApplyPalette() {
     plot_->legend->setBrush(legendGround);
     plot_->legend->setTextColor(text);
     plot_->legend->setBorderPen(QPen(grid));
-    plot_->legend->setFont(QFont(font().family(), 8));
+    plot_->legend->setFont(QFont(font().family(), 7));
     for (int i = 0; i < plot_->itemCount(); ++i)
         if (auto* label = qobject_cast<QCPItemText*>(plot_->item(i))) label->setColor(text);
 }

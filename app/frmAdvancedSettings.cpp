@@ -7,12 +7,13 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPushButton>
 #include <QRadioButton>
+#include <algorithm>
 #include <exception>
 #include <initializer_list>
 #include <optional>
 
+#include "app/DialogControls.h"
 #include "host/InstrumentModels.h"
 #include "support/NumberText.h"
 #include "support/RunTimeError.h"
@@ -39,11 +40,12 @@ class StageGroup {
         grid_->setColumnStretch(columns, 1);
     }
 
-    /// @param widgets in reading order; the label's mnemonic goes to the first
+    /// @param widgets in reading order; the caption's mnemonic goes to the first that takes the focus
     void AddRow(const QString& caption, std::initializer_list<QWidget*> widgets, const QString& unit = {}) {
         const int row = grid_->rowCount();
-        auto* label = new QLabel(caption);
-        label->setBuddy(*widgets.begin());
+        auto* label = LabelFor("", caption, *std::find_if(widgets.begin(), widgets.end(), [](QWidget* widget) {
+                                   return widget->focusPolicy() != Qt::NoFocus;
+                               }));
         grid_->addWidget(label, row, 0);
         auto* line = new QHBoxLayout;
         for (auto* widget : widgets)
@@ -52,7 +54,11 @@ class StageGroup {
         line->addStretch(1);
         grid_->addLayout(line, row, 1, 1, columns - 1);
     }
-    QGroupBox* Group() const { return group_; }
+    /// What the group next to it needs more in height stays empty below the rows.
+    QGroupBox* Finished() {
+        grid_->setRowStretch(grid_->rowCount(), 1);
+        return group_;
+    }
 
   private:
     static constexpr int columns = 2;
@@ -62,9 +68,7 @@ class StageGroup {
 };
 
 QLineEdit* Box(const char* name, const QString& toolTip) {
-    auto* box = new QLineEdit;
-    box->setObjectName(name);
-    box->setToolTip(toolTip);
+    auto* box = Named(new QLineEdit, name, toolTip);
     box->setFixedWidth(64);
     return box;
 }
@@ -99,11 +103,7 @@ frmAdvancedSettings::frmAdvancedSettings(veltra::RunState& runState, QWidget* pa
     grid->addWidget(MRMGroup(), 0, 1);
     grid->addWidget(MS3Group(), 1, 1);
     grid->addWidget(FinalMethodsGroup(), 2, 1);
-    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
-    buttons->button(QDialogButtonBox::Ok)->setObjectName("cmdOK");
-    buttons->button(QDialogButtonBox::Cancel)->setObjectName("cmdCancel");
-    connect(buttons, &QDialogButtonBox::accepted, this, &frmAdvancedSettings::accept);
-    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    auto* buttons = OkAndCancel(this, "cmdOK", "cmdCancel");
     grid->addWidget(buttons, 3, 0, 1, 2);
     grid->setColumnStretch(0, 1);
     grid->setColumnStretch(1, 1);
@@ -111,9 +111,7 @@ frmAdvancedSettings::frmAdvancedSettings(veltra::RunState& runState, QWidget* pa
 }
 
 QComboBox* frmAdvancedSettings::ScanRateList(const char* name, int scanType, const std::string& current) {
-    auto* list = new QComboBox;
-    list->setObjectName(name);
-    list->setToolTip(tr("Slower scans give narrower peaks and take longer"));
+    auto* list = Named(new QComboBox, name, tr("Slower scans give narrower peaks and take longer"));
     try {
         for (const auto& rate :
              runState_.host.CreateInstrumentHelper()->HostGetScanRates(runState_.InstrumentModelCode, scanType))
@@ -132,9 +130,9 @@ QGroupBox* frmAdvancedSettings::ERGroup() {
     comboERScanRate_ = ScanRateList("comboERScanRate", static_cast<int>(veltra::ScanTypeCode::ER),
                                     runState_.settings.Advanced_ERScanRate);
     txtERScanRate_ = Box("txtERScanRate", tr("Number of spectra that are averaged"));
-    group.AddRow(tr("Scan Rate:"), {comboERScanRate_}, tr("(Da/s)"));
-    group.AddRow(tr("Cycles:"), {txtERScanRate_});
-    return group.Group();
+    group.AddRow(tr("Sc&an Rate:"), {comboERScanRate_}, tr("(Da/s)"));
+    group.AddRow(tr("&Cycles:"), {txtERScanRate_});
+    return group.Finished();
 }
 
 QGroupBox* frmAdvancedSettings::Q1MIGroup() {
@@ -145,12 +143,13 @@ QGroupBox* frmAdvancedSettings::Q1MIGroup() {
     txtQ1MIDPRampStop_ = Box("txtQ1MIDPRampStop", tr("0 V to 200 V, different from the start"));
     txtQ1MIDPRampStep_ = Box("txtQ1MIDPRampStep", tr("0.001 V up to the whole ramp; negative for a falling one"));
     txtQ1MIDwellTime_ = Box("txtQ1MIDwellTime", tr("Time at each voltage"));
-    group.AddRow(tr("DP Ramp:"),
-                 {new QLabel(tr("Start")), txtQ1MIDPRampStart_, new QLabel(tr("Stop")), txtQ1MIDPRampStop_,
-                  new QLabel(tr("Step")), txtQ1MIDPRampStep_},
+    group.AddRow(tr("&DP Ramp:"),
+                 {LabelFor("", tr("Star&t"), txtQ1MIDPRampStart_), txtQ1MIDPRampStart_,
+                  LabelFor("", tr("St&op"), txtQ1MIDPRampStop_), txtQ1MIDPRampStop_,
+                  LabelFor("", tr("Ste&p"), txtQ1MIDPRampStep_), txtQ1MIDPRampStep_},
                  tr("(0-200V)"));
-    group.AddRow(tr("Dwell Time:"), {txtQ1MIDwellTime_}, tr("(ms)"));
-    return group.Group();
+    group.AddRow(tr("D&well Time:"), {txtQ1MIDwellTime_}, tr("(ms)"));
+    return group.Finished();
 }
 
 QGroupBox* frmAdvancedSettings::EPIGroup() {
@@ -165,12 +164,12 @@ QGroupBox* frmAdvancedSettings::EPIGroup() {
     txtEPIMassEnd_ = Box("txtEPIMassEnd", tr("Highest m/z of the spectrum, Da"));
     txtEPI_CE_ = Box("txtEPI_CE", tr("Collision energy, V, written as a positive value in both polarities"));
     txtEPI_CES_ = Box("txtEPI_CES", tr("Collision energy spread, V: also CE - CES and CE + CES are applied"));
-    group.AddRow(tr("Scan Rate:"), {comboEPIScanRate_}, tr("(Da/s)"));
-    group.AddRow(tr("2nd Precursors:"), {txtEPINum2ndPrec_}, tr("(1-10)"));
-    group.AddRow(tr("Cycles:"), {txtEPICycles_});
-    group.AddRow(tr("Mass range:"), {txtEPIMassStart_, new QLabel(tr("to")), txtEPIMassEnd_}, tr("(Da)"));
-    group.AddRow(tr("CE:"), {txtEPI_CE_, new QLabel(tr("CES:")), txtEPI_CES_}, tr("(V)"));
-    return group.Group();
+    group.AddRow(tr("Scan &Rate:"), {comboEPIScanRate_}, tr("(Da/s)"));
+    group.AddRow(tr("&2nd Precursors:"), {txtEPINum2ndPrec_}, tr("(1-10)"));
+    group.AddRow(tr("C&ycles:"), {txtEPICycles_});
+    group.AddRow(tr("Mass ran&ge:"), {txtEPIMassStart_, new QLabel(tr("to")), txtEPIMassEnd_}, tr("(Da)"));
+    group.AddRow(tr("C&E:"), {txtEPI_CE_, LabelFor("", tr("CE&S:"), txtEPI_CES_), txtEPI_CES_}, tr("(V)"));
+    return group.Finished();
 }
 
 QGroupBox* frmAdvancedSettings::MRMGroup() {
@@ -179,8 +178,8 @@ QGroupBox* frmAdvancedSettings::MRMGroup() {
                         "overlay.  XIC graph smoothed 2 times and voltage yielding greatest ion count is determined.  "
                         "(CE is ramped for its entire range with a 2V step size)"));
     txtMRMDwellTime_ = Box("txtMRMDwellTime", tr("Time at each transition and voltage"));
-    group.AddRow(tr("Dwell Time:"), {txtMRMDwellTime_}, tr("(ms)"));
-    return group.Group();
+    group.AddRow(tr("Dwe&ll Time:"), {txtMRMDwellTime_}, tr("(ms)"));
+    return group.Finished();
 }
 
 QGroupBox* frmAdvancedSettings::MS3Group() {
@@ -192,16 +191,15 @@ QGroupBox* frmAdvancedSettings::MS3Group() {
     comboMS3ScanRate_ = ScanRateList("comboMS3ScanRate", static_cast<int>(veltra::ScanTypeCode::MS3),
                                      runState_.settings.Advanced_MS3ScanRate);
     txtMS3FixedFillTime_ = Box("txtMS3FixedFillTime", tr("How long the trap is filled; too long shifts peaks"));
-    chkMS3UseQ0Trapping_ = new QCheckBox(tr("Use Q0 Trapping"));
-    chkMS3UseQ0Trapping_->setObjectName("chkMS3UseQ0Trapping");
-    chkMS3UseQ0Trapping_->setToolTip(tr("Collects ions in Q0 while the trap is busy"));
+    chkMS3UseQ0Trapping_ = Named(new QCheckBox(tr("Use &Q0 Trapping")), "chkMS3UseQ0Trapping",
+                                 tr("Collects ions in Q0 while the trap is busy"));
     txtMS3MassStart_ = Box("txtMS3MassStart", tr("Lowest m/z of the spectrum, Da"));
     txtMS3MassEnd_ = Box("txtMS3MassEnd", tr("Highest m/z of the spectrum, Da"));
-    group.AddRow(tr("Scan Rate:"), {comboMS3ScanRate_}, tr("(Da/s)"));
-    group.AddRow(tr("Fixed Fill Time:"), {txtMS3FixedFillTime_}, tr("(ms)"));
+    group.AddRow(tr("Sca&n Rate:"), {comboMS3ScanRate_}, tr("(Da/s)"));
+    group.AddRow(tr("&Fixed Fill Time:"), {txtMS3FixedFillTime_}, tr("(ms)"));
     group.AddRow(QString(), {chkMS3UseQ0Trapping_});
-    group.AddRow(tr("Mass range:"), {txtMS3MassStart_, new QLabel(tr("to")), txtMS3MassEnd_}, tr("(Da)"));
-    return group.Group();
+    group.AddRow(tr("&Mass range:"), {txtMS3MassStart_, new QLabel(tr("to")), txtMS3MassEnd_}, tr("(Da)"));
+    return group.Finished();
 }
 
 QGroupBox* frmAdvancedSettings::FinalMethodsGroup() {
@@ -210,12 +208,12 @@ QGroupBox* frmAdvancedSettings::FinalMethodsGroup() {
         tr("Creates final MS/MS/MS methods with mass range of 50 Da to 2nd precursor + 0.8 Da for each top "
            "2nd precursor.  Creates optimal MS/MS/MS method with 20 Da mass range window around most "
            "intense 3rd precursor."));
-    optSaveAllFinalMethods_ = new QRadioButton(tr("Save All Final Methods"));
-    optSaveAllFinalMethods_->setObjectName("optSaveAllFinalMethods");
-    optSaveOptimalMethodOnly_ = new QRadioButton(tr("Save Optimal Method Only"));
-    optSaveOptimalMethodOnly_->setObjectName("optSaveOptimalMethodOnly");
+    optSaveAllFinalMethods_ = Named(new QRadioButton(tr("Sa&ve All Final Methods")), "optSaveAllFinalMethods",
+                                    tr("One for every 2nd precursor, and the optimal one"));
+    optSaveOptimalMethodOnly_ = Named(new QRadioButton(tr("Save Opt&imal Method Only")), "optSaveOptimalMethodOnly",
+                                      tr("The one of the most sensitive path"));
     group.AddRow(QString(), {optSaveAllFinalMethods_, optSaveOptimalMethodOnly_});
-    return group.Group();
+    return group.Finished();
 }
 
 void frmAdvancedSettings::LoadSettings() {

@@ -7,6 +7,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 
+#include "app/DialogControls.h"
 #include "support/NumberText.h"
 
 namespace app {
@@ -14,16 +15,8 @@ namespace {
 
 constexpr int highestCharge = 5;
 
-QLabel* NamedLabel(const char* name, const QString& text, QWidget* buddy) {
-    auto* label = new QLabel(text);
-    label->setObjectName(name);
-    label->setBuddy(buddy);
-    return label;
-}
-
 QPushButton* NamedButton(const char* name, const QString& text) {
-    auto* button = new QPushButton(text);
-    button->setObjectName(name);
+    auto* button = Named(new QPushButton(text), name);
     button->setAutoDefault(false);
     return button;
 }
@@ -65,9 +58,9 @@ frmMZCalculator::frmMZCalculator(ports::Host& host, ports::MessageBoxes& message
     auto* instruction = new QLabel(tr("Enter a formula (i.e. C6H6) and charge:"));
     instruction->setObjectName("labelInstruction");
     layout->addRow(instruction);
-    layout->addRow(NamedLabel("labelChemicalFormula", tr("Chemical &Formula:"), txtChemicalFormula_),
+    layout->addRow(LabelFor("labelChemicalFormula", tr("Chemical &Formula:"), txtChemicalFormula_),
                    txtChemicalFormula_);
-    layout->addRow(NamedLabel("labelNumOfCharges", tr("&Num of charges:"), comboNumOfCharges_), comboNumOfCharges_);
+    layout->addRow(LabelFor("labelNumOfCharges", tr("&Num of charges:"), comboNumOfCharges_), comboNumOfCharges_);
     layout->addRow(frame);
     auto* buttons = new QHBoxLayout;
     for (auto* button : {cmdCalculate, cmdUseMz, cmdCancel})

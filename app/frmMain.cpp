@@ -31,7 +31,7 @@ QString Qt(const std::string& text) {
 frmMain::~frmMain() = default;
 
 void frmMain::Attach(veltra::RunState& runState, veltra::StartButton& startButton,
-                     std::function<void(const std::string& path)> viewText) {
+                     std::function<bool(const std::string& path)> viewText) {
     viewText_ = std::move(viewText);
     run_ = &runState;
     startButton_ = &startButton;
@@ -46,6 +46,7 @@ void frmMain::Attach(veltra::RunState& runState, veltra::StartButton& startButto
             Stage(stage).ShowGreyed();
     progressBar_->setValue(0);
     MessageUpdate("");
+    cmdStart_->setFocus();
     SetLogText(veltra::settingsHelpLines);
     const QSettings user(QSettings::IniFormat, QSettings::UserScope, "Veltra", "Veltra");
     if (!restoreGeometry(user.value(geometryKey).toByteArray())) resize(minimumSizeHint());
@@ -53,7 +54,14 @@ void frmMain::Attach(veltra::RunState& runState, veltra::StartButton& startButto
 }
 
 void frmMain::AddLogEntry(const std::string& strLogEntry) {
+    // The caret goes to where the new line begins (a first line: behind its first character), so that it shows.
+    const bool isFirst = txtLog_->document()->isEmpty();
+    const int newLine = isFirst ? std::min<int>(1, static_cast<int>(strLogEntry.size()))
+                                : static_cast<int>(txtLog_->toPlainText().size()) + 1;
     txtLog_->appendPlainText(Qt(strLogEntry).remove('\r'));
+    QTextCursor caret = txtLog_->textCursor();
+    caret.setPosition(newLine);
+    txtLog_->setTextCursor(caret);
 }
 
 void frmMain::SetLogText(const std::string& strText) {
@@ -130,8 +138,11 @@ void frmMain::ProgressBarEnd() {
 }
 
 void frmMain::ShowRemainingTime() {
-    const double seconds = std::ceil((totalMs_ - elapsedMs_) / 1000);
-    labelRemainingTime_->setText(seconds > 0 ? tr("%1 s left").arg(seconds) : QString());
+    const auto seconds = static_cast<qint64>(std::ceil((totalMs_ - elapsedMs_) / 1000));
+    const QString text = seconds >= 60 ? tr("%1 min %2 s left").arg(seconds / 60).arg(seconds % 60, 2, 10, QChar('0'))
+                                       : tr("%1 s left").arg(seconds);
+    labelRemainingTime_->setText(seconds > 0 ? text : QString());
+    taskbar_.Show(winId(), progressBar_->value(), startButton_ != nullptr && startButton_->IsRunning());
 }
 
 void frmMain::UpdateResultsGraphControl(enumVeltraScanType scanType, std::int16_t intMS3Index) {
@@ -234,7 +245,8 @@ void frmMain::UpdateGraphLabelsAndButtons(bool blnGraphVisible, const std::strin
 
 void frmMain::SetRunButtonsState(ports::RunButtons state) {
     const bool isRunning = state == ports::RunButtons::Running;
-    cmdStart_->setText(isRunning ? tr("Abort") : tr("Start"));
+    cmdStart_->setText(isRunning ? tr("&Abort") : tr("&Start"));
+    if (!isRunning) taskbar_.Show(winId(), 0, false);
     cmdSettings_->setEnabled(!isRunning);
     cmdExit_->setEnabled(!isRunning);
     cmdViewResults_->setEnabled(state == ports::RunButtons::Finished);
@@ -288,9 +300,7 @@ void frmMain::OnViewResults() {
     if (!run_->results) return;
     const std::string path =
         support::JoinPath(support::GetPathToNthBackslash(run_->results->VeskOutputFilePath, true, 0), "Results.txt");
-    if (support::FileExists(path))
-        viewText_(path);
-    else
+    if (!support::FileExists(path) || !viewText_(path))
         run_->messageBoxes.Show("Error opening " + path, ports::MessageIcon::None);
 }
 
@@ -319,6 +329,8 @@ void frmMain::closeEvent(QCloseEvent* event) {
     QSettings user(QSettings::IniFormat, QSettings::UserScope, "Veltra", "Veltra");
     user.setValue(geometryKey, saveGeometry());
     event->accept();
+    // Graphs in windows of their own close with this one. A run under way ends the program when it has unwound.
+    if (!tornDown_) QCoreApplication::exit();
 }
 
 }  // namespace app

@@ -7,6 +7,7 @@
 
 #include "app/ResultsGraphControl.h"
 #include "app/StageEntry.h"
+#include "app/TaskbarProgress.h"
 #include "host/RunState.h"
 #include "run/StartButton.h"
 
@@ -26,9 +27,9 @@ class frmMain : public QMainWindow, public ports::RunDisplay {
     ~frmMain() override;
 
     /// Hands over the run that the window drives and shows; before show(). The run must outlive the window.
-    /// @param viewText opens a text file in the desktop's viewer
+    /// @param viewText opens a text file in the desktop's viewer; returns whether there is one
     void Attach(veltra::RunState& runState, veltra::StartButton& startButton,
-                std::function<void(const std::string& path)> viewText);
+                std::function<bool(const std::string& path)> viewText);
 
     void AddLogEntry(const std::string& strLogEntry) override;
     void SetLogText(const std::string& strText) override;
@@ -51,6 +52,7 @@ class frmMain : public QMainWindow, public ports::RunDisplay {
     void closeEvent(QCloseEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void changeEvent(QEvent* event) override;
+    void showEvent(QShowEvent* event) override;
 
   private:
     void BuildChecklist();
@@ -59,6 +61,10 @@ class frmMain : public QMainWindow, public ports::RunDisplay {
     void BuildImageHolders();
     void LayoutControls();
     void LayoutChecklist(int left);
+    void RefreshPictures();
+    int LineHeight() const;
+    int ChecklistWidth() const;
+    QSize DesignSize() const;
     void OnStart();
     void OnSettings();
     void OnViewResults();
@@ -75,7 +81,8 @@ class frmMain : public QMainWindow, public ports::RunDisplay {
 
     veltra::RunState* run_ = nullptr;
     veltra::StartButton* startButton_ = nullptr;
-    std::function<void(const std::string& path)> viewText_;
+    std::function<bool(const std::string& path)> viewText_;
+    TaskbarProgress taskbar_;
     bool tornDown_ = false;
     std::int16_t ms3Index_ = 1;
     std::string methodLinkPath_;

@@ -3,8 +3,10 @@
 #include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QWindow>
 #include <algorithm>
 
+#include "app/DialogControls.h"
 #include "app/frmMain.h"
 
 /// How the main window's controls are made and where they stand.
@@ -15,13 +17,14 @@ namespace {
 using ports::enumVeltraScanType;
 
 constexpr int twipsPerPixel = 15;
-constexpr QSize designSize(960, 640);
+constexpr int smallestChecklistWidth = 480;
+constexpr int designHeight = 640;
 constexpr QRect graphPlace(360 / twipsPerPixel, 320 / twipsPerPixel, 6255 / twipsPerPixel, 3015 / twipsPerPixel);
 constexpr int margin = 24;
 constexpr int gap = 8;
-constexpr int lineHeight = 20;
 constexpr int buttonHeight = 30;
-constexpr int checklistWidth = 480;
+constexpr int smallestLineHeight = 20;
+constexpr int stageIndent = 36;
 
 struct StageLine {
     enumVeltraScanType stage;
@@ -56,12 +59,6 @@ std::vector<Heading> Checklist() {
     };
 }
 
-template <class Control>
-Control* Named(Control* control, const char* name) {
-    control->setObjectName(name);
-    return control;
-}
-
 }  // namespace
 
 frmMain::frmMain() {
@@ -78,7 +75,25 @@ frmMain::frmMain() {
     BuildChecklist();
     BuildProgressAndButtons();
     BuildImageHolders();
-    centralWidget()->setMinimumSize(designSize);
+    centralWidget()->setMinimumSize(DesignSize());
+}
+
+int frmMain::LineHeight() const {
+    return std::max(smallestLineHeight, fontMetrics().height() + 3);
+}
+
+int frmMain::ChecklistWidth() const {
+    int widest = smallestChecklistWidth;
+    for (const auto& [stage, entry] : stages_) {
+        QFont bold = entry->Label()->font();
+        bold.setBold(true);
+        widest = std::max(widest, QFontMetrics(bold).horizontalAdvance(entry->Label()->text()) + stageIndent + gap);
+    }
+    return widest;
+}
+
+QSize frmMain::DesignSize() const {
+    return {graphPlace.right() + margin + ChecklistWidth() + margin, designHeight};
 }
 
 void frmMain::BuildGraphArea() {
@@ -147,11 +162,14 @@ void frmMain::BuildProgressAndButtons() {
     progressBar_->setTextVisible(true);
     labelRemainingTime_ = Named(new QLabel(parent), "labelRemainingTime");
     cmdStart_ = Named(new QPushButton(parent), "cmdStart");
-    cmdSettings_ = Named(new QPushButton(tr("Settings"), parent), "cmdSettings");
-    cmdViewResults_ = Named(new QPushButton(tr("View Results"), parent), "cmdViewResults");
-    cmdExit_ = Named(new QPushButton(tr("Exit"), parent), "cmdExit");
+    cmdSettings_ = Named(new QPushButton(tr("Se&ttings"), parent), "cmdSettings");
+    cmdViewResults_ = Named(new QPushButton(tr("&View Results"), parent), "cmdViewResults");
+    cmdExit_ = Named(new QPushButton(tr("E&xit"), parent), "cmdExit");
+    for (auto* button : {cmdStart_, cmdSettings_, cmdViewResults_, cmdExit_})
+        button->setAutoDefault(true);  // Enter presses the one that has the focus
     txtLog_ = Named(new QPlainTextEdit(parent), "txtLog");
     txtLog_->setReadOnly(true);
+    txtLog_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     txtLog_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     txtLog_->setLineWrapMode(QPlainTextEdit::NoWrap);
     connect(cmdStart_, &QPushButton::clicked, this, &frmMain::OnStart);
@@ -162,7 +180,8 @@ void frmMain::BuildProgressAndButtons() {
 
 void frmMain::BuildImageHolders() {
     const auto hold = [this](const char* name, const QPixmap& picture) {
-        auto* holder = Named(new QLabel(centralWidget()), name);
+        auto* holder = findChild<QLabel*>(name);
+        if (holder == nullptr) holder = Named(new QLabel(centralWidget()), name);
         holder->setPixmap(picture);
         holder->hide();
     };
@@ -173,6 +192,8 @@ void frmMain::BuildImageHolders() {
 }
 
 void frmMain::LayoutControls() {
+    const int lineHeight = LineHeight();
+    const QSize designSize = DesignSize();
     const int extraWidth = std::max(0, centralWidget()->width() - designSize.width());
     const int extraHeight = std::max(0, centralWidget()->height() - designSize.height());
     // The graph takes all of the width that is gained and half of the height; the log gets the rest.
@@ -209,13 +230,15 @@ void frmMain::LayoutControls() {
 }
 
 void frmMain::LayoutChecklist(int left) {
+    const int lineHeight = LineHeight();
+    const int width = ChecklistWidth();
     int y = 2;
     for (const auto& [heading, lines] : headings_) {
-        heading->setGeometry(left, y, checklistWidth, lineHeight);
+        heading->setGeometry(left, y, width, lineHeight);
         y += lineHeight;
         for (const auto stage : lines) {
-            Stage(stage).Picture()->setGeometry(left + 12, y + 2, 16, 16);
-            Stage(stage).Label()->setGeometry(left + 36, y, checklistWidth - 36, lineHeight);
+            Stage(stage).Picture()->setGeometry(left + 12, y + (lineHeight - 16) / 2, 16, 16);
+            Stage(stage).Label()->setGeometry(left + stageIndent, y, width - stageIndent, lineHeight);
             y += lineHeight;
         }
         y += 4;
@@ -229,9 +252,20 @@ void frmMain::resizeEvent(QResizeEvent* event) {
 
 void frmMain::changeEvent(QEvent* event) {
     QMainWindow::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange)
-        for (const auto& [stage, entry] : stages_)
-            entry->Refresh();
+    if (event->type() == QEvent::PaletteChange) RefreshPictures();
+}
+
+void frmMain::showEvent(QShowEvent* event) {
+    QMainWindow::showEvent(event);
+    RefreshPictures();
+    // A screen of another scale wants pictures of other sizes.
+    connect(windowHandle(), &QWindow::screenChanged, this, &frmMain::RefreshPictures, Qt::UniqueConnection);
+}
+
+void frmMain::RefreshPictures() {
+    BuildImageHolders();
+    for (const auto& [stage, entry] : stages_)
+        entry->Refresh();
 }
 
 }  // namespace app

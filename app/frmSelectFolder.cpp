@@ -1,12 +1,12 @@
 #include "app/frmSelectFolder.h"
 
-#include <QApplication>
 #include <QDialogButtonBox>
 #include <QLabel>
 #include <QListWidget>
-#include <QPushButton>
 #include <QVBoxLayout>
 
+#include "app/DialogControls.h"
+#include "app/QtMessageBoxes.h"
 #include "support/Files.h"
 
 namespace app {
@@ -14,19 +14,13 @@ namespace app {
 frmSelectFolder::frmSelectFolder(QWidget* parent)
     : QDialog(parent), labelProjectPath_(new QLabel(tr("Project Path"))), listFolders_(new QListWidget) {
     setWindowTitle(tr("Select Folder"));
-    auto* labelTitle = new QLabel(tr("Please select &location of Data folder:"));
-    labelTitle->setObjectName("labelTitle");
-    labelTitle->setBuddy(listFolders_);
+    auto* labelTitle = LabelFor("labelTitle", tr("Please select &location of Data folder:"), listFolders_);
     labelProjectPath_->setObjectName("labelProjectPath");
     labelProjectPath_->setTextInteractionFlags(Qt::TextSelectableByMouse);
     labelProjectPath_->setWordWrap(true);
     listFolders_->setObjectName("listFolders");
 
-    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
-    buttons->button(QDialogButtonBox::Ok)->setObjectName("OKButton");
-    buttons->button(QDialogButtonBox::Cancel)->setObjectName("CancelButton");
-    connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
-    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    auto* buttons = OkAndCancel(this, "OKButton", "CancelButton");
     connect(listFolders_, &QListWidget::itemDoubleClicked, this, &QDialog::accept);
 
     auto* layout = new QVBoxLayout(this);
@@ -62,7 +56,7 @@ void frmSelectFolder::reject() {
 }
 
 ports::FolderChooser::Choice QtFolderChooser::ChooseFolder(const std::string& strProjectPath) {
-    frmSelectFolder dialog(QApplication::activeWindow());
+    frmSelectFolder dialog(DialogParent());
     dialog.Initialize(strProjectPath);
     dialog.exec();
     return {dialog.WasCancelled(), dialog.ReturnPath()};

@@ -10,6 +10,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 
+#include "app/DialogControls.h"
 #include "app/frmAdvancedSettings.h"
 #include "app/frmMZCalculator.h"
 #include "support/NumberText.h"
@@ -24,19 +25,6 @@ namespace {
 
 constexpr double lowestMz = 15;
 constexpr double highestMz = 1700;
-
-template <class Control>
-Control* Named(Control* control, const char* name, const QString& toolTip = {}) {
-    control->setObjectName(name);
-    control->setToolTip(toolTip);
-    return control;
-}
-
-QLabel* LabelFor(const char* name, const QString& text, QWidget* buddy) {
-    auto* label = Named(new QLabel(text), name);
-    label->setBuddy(buddy);
-    return label;
-}
 
 }  // namespace
 
@@ -57,8 +45,10 @@ void frmSettings::BuildControls() {
     auto* cmdCalculate = Named(new QPushButton(tr("C&alculate...")), "cmdCalculateMZ", tr("Compute the m/z"));
     comboQ1Resolution_ = Named(new QComboBox, "comboQ1Resolution", tr("How narrow Q1 isolates; ER scans are open"));
     comboQ1Resolution_->addItems({tr("Low"), tr("Unit"), tr("High"), tr("Open")});
-    optPositivePolarity_ = Named(new QRadioButton(tr("&Positive")), "optPositivePolarity");
-    optNegativePolarity_ = Named(new QRadioButton(tr("&Negative")), "optNegativePolarity");
+    optPositivePolarity_ =
+        Named(new QRadioButton(tr("&Positive")), "optPositivePolarity", tr("The instrument counts positive ions"));
+    optNegativePolarity_ =
+        Named(new QRadioButton(tr("&Negative")), "optNegativePolarity", tr("The instrument counts negative ions"));
     optBothPolarities_ = Named(new QRadioButton(tr("&Do both")), "optBothPolarities", tr("Saved as negative"));
     auto* polarity = Named(new QGroupBox(tr("Polarity")), "framePolarity");
     auto* polarityLayout = new QHBoxLayout(polarity);
@@ -66,13 +56,9 @@ void frmSettings::BuildControls() {
         polarityLayout->addWidget(option);
     auto* cmdAdvanced = Named(new QPushButton(tr("Ad&vanced")), "cmdAdvanced", tr("Settings of each scan"));
 
-    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
-    Named(buttons->button(QDialogButtonBox::Ok), "cmdOK");
-    Named(buttons->button(QDialogButtonBox::Cancel), "cmdCancel");
+    auto* buttons = OkAndCancel(this, "cmdOK", "cmdCancel");
     for (auto* button : {cmdBrowse, cmdCalculate, cmdAdvanced})
         button->setAutoDefault(false);
-    connect(buttons, &QDialogButtonBox::accepted, this, &frmSettings::accept);
-    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     connect(cmdBrowse, &QPushButton::clicked, this, &frmSettings::Browse);
     connect(cmdCalculate, &QPushButton::clicked, this, &frmSettings::CalculateMz);
     connect(cmdAdvanced, &QPushButton::clicked, this, &frmSettings::ShowAdvanced);

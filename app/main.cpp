@@ -19,6 +19,7 @@
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
     QApplication::setApplicationName("Veltra");
+    QApplication::setDesktopFileName("veltra");
     QApplication::setWindowIcon(QIcon(":/veltra.svg"));
     app::QtMessageBoxes messageBoxes;
     try {

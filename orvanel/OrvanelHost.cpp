@@ -103,9 +103,11 @@ class OrvanelHost : public ports::Host {
 
     bool HostOpenDocument(const std::string& path) override {
         try {
-            if (!support::FileExists(path) || path.size() < 4) return false;
-            if (!support::EqualIgnoringCase(path.substr(path.size() - 4), ".xmt")) return false;
-            return support::StartTextViewer(path);
+            if (!support::FileExists(path)) return false;
+            // Methods are XML texts: what opens no documents of their kind still shows them as texts.
+            if (support::EndsWithIgnoringCase(path, ".xmt"))
+                return support::OpenWithDesktop(path) || support::StartTextViewer(path);
+            return support::EndsWithIgnoringCase(path, ".vesk") && support::OpenWithDesktop(path);
         } catch (const std::exception&) {
             return false;
         }

@@ -32,6 +32,9 @@ std::shared_ptr<void> CatchStopSignals(void (*handler)(int signal));
 
 /// Starts a text viewer on the file and does not wait. @return false when none could be started
 bool StartTextViewer(const std::string& path);
+/// Opens the file in the program that the desktop has for files of its kind, and does not wait for that program.
+/// @return false when the desktop has none, as far as it tells within half a second
+bool OpenWithDesktop(const std::string& path);
 
 /// Writes a new file (or truncates one) and flushes it to disk.
 /// @return an empty text, or why it failed

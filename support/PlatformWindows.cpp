@@ -3,6 +3,8 @@
 #define NOMINMAX
 #define WIN32_LEAN_AND_MEAN
 #include <windows.h>
+// after windows.h, which it needs
+#include <shellapi.h>
 
 #include <algorithm>
 #include <array>
@@ -202,6 +204,12 @@ bool StartTextViewer(const std::string& path) {
     ::CloseHandle(process.hThread);
     ::CloseHandle(process.hProcess);
     return true;
+}
+
+bool OpenWithDesktop(const std::string& path) {
+    constexpr INT_PTR lastErrorCode = 32;
+    const HINSTANCE opened = ::ShellExecuteW(nullptr, L"open", Wide(path).c_str(), nullptr, nullptr, SW_SHOWNORMAL);
+    return reinterpret_cast<INT_PTR>(opened) > lastErrorCode;
 }
 
 std::string WriteAndFlush(const std::string& path, std::string_view content) {

@@ -36,6 +36,10 @@ std::vector<std::string> Split(std::string_view text, char separator) {
     }
 }
 
+bool EndsWithIgnoringCase(std::string_view text, std::string_view end) {
+    return text.size() >= end.size() && EqualIgnoringCase(text.substr(text.size() - end.size()), end);
+}
+
 std::string JoinLines(const std::vector<std::string>& lines) {
     std::string text;
     for (std::size_t i = 0; i < lines.size(); ++i) {

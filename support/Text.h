@@ -26,6 +26,7 @@ std::string_view Trim(std::string_view text);
 std::string ToUpper(std::string_view text);
 /// Without regard to the case of ASCII letters.
 bool EqualIgnoringCase(std::string_view a, std::string_view b);
+bool EndsWithIgnoringCase(std::string_view text, std::string_view end);
 /// The lines with CR LF between them.
 std::string JoinLines(const std::vector<std::string>& lines);
 std::vector<std::string> Split(std::string_view text, char separator);

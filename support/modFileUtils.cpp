@@ -55,8 +55,8 @@ void WriteIniString(const std::string& strIniPath, const std::string& strSection
     }
 }
 
-void OpenInNotepad(const std::string& strPath) {
-    StartTextViewer(NativePath(strPath));
+bool OpenInNotepad(const std::string& strPath) {
+    return StartTextViewer(NativePath(strPath));
 }
 
 }  // namespace support

@@ -25,7 +25,7 @@ void WriteIniString(const std::string& strIniPath, const std::string& strSection
                     const std::string& strValue);
 
 /// Starts the text editor on a file and does not wait: "Notepad.exe " + path on Windows, the desktop's text viewer
-/// elsewhere.
-void OpenInNotepad(const std::string& strPath);
+/// elsewhere. @return false when none could be started
+bool OpenInNotepad(const std::string& strPath);
 
 }  // namespace support

@@ -1,105 +1,163 @@
 #include "app/frmMain.h"
 
-#include <gtest/gtest.h>
-
-#include <QApplication>
-#include <QLabel>
 #include <QPlainTextEdit>
 #include <QProgressBar>
-#include <QPushButton>
 
-#include "tests/support_files/WholeRun.h"
+#include "app/frmSettings.h"
+#include "support/Files.h"
+#include "tests/app/AppBench.h"
 
 namespace {
 
 using ports::enumProgressState;
 using ports::enumVeltraScanType;
 
-/// The window on a project of its own, with the shipped host on a virtual clock.
-class Window {
-  public:
-    explicit Window(std::int32_t modelCode = 27) : bench({.compound = "caffeine", .modelCode = modelCode}) {
-        bench.settings.Advanced_EPINum2ndPrec = 2;
-        run.InstrumentModelCode = modelCode;
-        run.EPAndCEPSupported = bench.run.EPAndCEPSupported;
-        main.Attach(run, startButton, [this](const std::string& path) { viewed.push_back(path); });
-        main.show();
-    }
+constexpr const char* helpLines =
+    "* Select [Settings] button to modify the current settings\n"
+    "* Select [Advanced] button in Settings to modify the advanced settings";
 
-    template <class Control>
-    Control* Find(const char* name) {
-        auto* control = main.findChild<Control*>(name);
-        EXPECT_NE(control, nullptr) << name;
-        return control;
-    }
-    QFont FontOf(const char* label) { return Find<QLabel>(label)->font(); }
+/// One stage's look: "." pending, "R" running, "L" running with a link, "D" done with its link, "F" done without one,
+/// "x" greyed, "?" anything else.
+char LookOf(app::frmMain& window, const std::string& stage) {
+    const auto* label = Find<QLabel>(window, ("label" + stage).c_str());
+    const auto picture = Find<QLabel>(window, ("pic" + stage).c_str())->pixmap().toImage();
+    const auto isPicture = [&](const char* holder) {
+        return picture == Find<QLabel>(window, holder)->pixmap().toImage();
+    };
+    const QFont font = label->font();
+    const bool isHighlighted = label->foregroundRole() == QPalette::Highlight;
+    const bool isHand = label->cursor().shape() == Qt::PointingHandCursor;
+    if (font.underline() != isHand || isHighlighted == (label->foregroundRole() == QPalette::ButtonText)) return '?';
+    if (isPicture("imgDisabledBox")) return !label->isEnabled() && !font.bold() && !isHand ? 'x' : '?';
+    if (!label->isEnabled()) return '?';
+    if (isPicture("imgCheckBox")) return font.bold() || !isHighlighted ? '?' : isHand ? 'D' : 'F';
+    if (!isPicture("imgEmptyBox") || font.bold() != isHighlighted) return '?';
+    return isHighlighted ? (isHand ? 'L' : 'R') : (isHand ? '?' : '.');
+}
 
-    WholeRun bench;
-    app::frmMain main;
-    veltra::RunState run{{bench.host, main, bench.boxes, bench.chooser, bench.clock}, bench.settings};
-    veltra::StartButton startButton{run};
-    std::vector<std::string> viewed;
-};
+std::string Looks(app::frmMain& window) {
+    std::string looks;
+    for (const char* stage :
+         {"ER", "Q1MI_OptDP", "Q1MI_OptEP", "Q1MI_ReOptDP", "Q1MI_OptCEP", "EPI", "MRM", "MS3", "FinalMS3"})
+        looks += LookOf(window, stage);
+    return looks;
+}
 
 TEST(frmMain, OpensReadyToStart) {
     Window window;
     EXPECT_EQ(window.main.windowTitle(), "Veltra Optimization");
     EXPECT_EQ(window.Find<QLabel>("labelBanner")->text().toStdString(), window.bench.host.GetDescription());
-    EXPECT_EQ(window.Find<QPushButton>("cmdStart")->text(), "Start");
-    EXPECT_FALSE(window.Find<QPushButton>("cmdViewResults")->isEnabled());
-    EXPECT_FALSE(window.Find<QLabel>("labelQ1MI_ReOptDP")->isEnabled());
+    for (const auto& [name, caption, isEnabled] : {std::tuple("cmdStart", "Start", true),
+                                                   {"cmdSettings", "Settings", true},
+                                                   {"cmdViewResults", "View Results", false},
+                                                   {"cmdExit", "Exit", true}}) {
+        EXPECT_EQ(Caption(window.Find<QPushButton>(name)->text()), caption);
+        EXPECT_EQ(window.Find<QPushButton>(name)->isEnabled(), isEnabled) << name;
+    }
+    EXPECT_EQ(Looks(window.main), "...x.....");
     EXPECT_EQ(window.Find<QWidget>("ResultsGraphControl")->geometry(), QRect(24, 21, 417, 201));
-    EXPECT_EQ(window.Find<QPlainTextEdit>("txtLog")->toPlainText().toStdString(),
-              "* Select [Settings] button to modify the current settings\n"
-              "* Select [Advanced] button in Settings to modify the advanced settings");
+    EXPECT_FALSE(window.Find<QWidget>("ResultsGraphControl")->isVisible());
+    EXPECT_TRUE(window.Find<QLabel>("labelGraphLeft")->text().startsWith("Current Settings:"));
+    EXPECT_EQ(window.Find<QPlainTextEdit>("txtLog")->toPlainText(), helpLines);
 }
 
+TEST(frmMain, GraphGrowsWithTheWindow) {
+    Window window;
+    const QSize before = window.main.size();
+    window.main.resize(before + QSize(200, 100));
+    EXPECT_EQ(window.Find<QWidget>("ResultsGraphControl")->geometry(), QRect(24, 21, 617, 251));
+}
+
+/// What the window shows whenever the next acquisition begins.
 TEST(frmMain, RunsFromStartToTheFinishedBox) {
     Window window;
-    window.Find<QPushButton>("cmdStart")->click();
-    ASSERT_EQ(window.bench.boxes.shown.size(), 1U);
-    EXPECT_EQ(window.bench.boxes.shown[0].text, "Optimization completed successfully!");
-    ASSERT_EQ(window.viewed.size(), 1U);
-    EXPECT_EQ(window.viewed[0], window.run.results->VeskOutputFilePath + "Results.txt");
-    for (const char* done : {"labelER", "labelQ1MI_OptDP", "labelEPI", "labelMRM", "labelMS3"})
-        EXPECT_TRUE(window.FontOf(done).underline()) << done;
-    // The EP, CEP and final-methods lines never become links.
-    for (const char* never : {"labelQ1MI_OptEP", "labelQ1MI_OptCEP", "labelFinalMS3"})
-        EXPECT_FALSE(window.FontOf(never).underline()) << never;
+    std::vector<std::string> looks, titles, progress;
+    window.bench.calls.beforeCall = [&](const std::string& text) {
+        if (text.rfind("TolmSubmitBatch", 0) != 0) return;
+        looks.push_back(Looks(window.main));
+        titles.push_back(window.Find<QLabel>("labelGraphTitle")->text().toStdString());
+        EXPECT_EQ(Caption(window.Find<QPushButton>("cmdStart")->text()), "Abort");
+        for (const char* locked : {"cmdSettings", "cmdViewResults", "cmdExit"})
+            EXPECT_FALSE(window.Find<QPushButton>(locked)->isEnabled()) << locked;
+    };
+    window.Start();
+    // The EP and CEP lines never become bold or ticked.
+    EXPECT_EQ(looks, (std::vector<std::string>{"R..x.....", "DR.x.....", "DD.x.....", "DD.R.....", "DD.D.....",
+                                               "DD.D.R...", "DD.D.DR..", "DD.D.DDR.", "DD.D.DDL."}));
+    EXPECT_EQ(titles,
+              (std::vector<std::string>{"", "Enhanced Resolution Scan", "Q1 Multiple Ion Scan (Optimize DP)",
+                                        "Q1 Multiple Ion Scan (Optimize EP)", "Q1 Multiple Ion Scan (Re-optimize DP)",
+                                        "Q1 Multiple Ion Scan (Optimize CEP)", "Enhanced Product Ion Scan",
+                                        "Multiple Reaction Monitor Scan", "MS/MS/MS Scan"}));
+    EXPECT_EQ(Looks(window.main), "DD.D.DDDF");
+    EXPECT_EQ(
+        window.bench.boxes.shown,
+        (std::vector<RecordedMessageBoxes::Box>{{"Optimization completed successfully!", ports::MessageIcon::None}}));
+    EXPECT_EQ(window.viewed, std::vector<std::string>{window.run.results->VeskOutputFilePath + "Results.txt"});
     EXPECT_EQ(window.Find<QProgressBar>("ProgressBar1")->value(), 100);
-    EXPECT_EQ(window.Find<QPushButton>("cmdStart")->text(), "Start");
+    EXPECT_EQ(Caption(window.Find<QPushButton>("cmdStart")->text()), "Start");
     EXPECT_TRUE(window.Find<QPushButton>("cmdViewResults")->isEnabled());
-    EXPECT_TRUE(
-        window.Find<QPlainTextEdit>("txtLog")->toPlainText().contains("]   Optimization completed successfully!"));
-
-    auto* graph = window.Find<app::ResultsGraphControl>("ResultsGraphControl");
-    window.main.UpdateResultsGraphControl(enumVeltraScanType::MRM, -1);
-    EXPECT_TRUE(graph->isVisible());
-    EXPECT_EQ(graph->Labels().legend.size(), 2);
-    EXPECT_EQ(graph->PaneX(1).size(), 61U);
-    EXPECT_EQ(window.Find<QLabel>("labelGraphTitle")->text(), "Multiple Reaction Monitor Scan");
-    window.main.UpdateResultsGraphControl(enumVeltraScanType::MS3, 1);
-    EXPECT_EQ(window.Find<QLabel>("labelMS3GraphNum")->text(), "(1 of 2)");
-    window.Find<QPushButton>("cmdMS3Left")->click();
-    EXPECT_EQ(window.Find<QLabel>("labelMS3GraphNum")->text(), "(1 of 2)");
-    window.Find<QPushButton>("cmdMS3Right")->click();
-    window.Find<QPushButton>("cmdMS3Right")->click();
-    EXPECT_EQ(window.Find<QLabel>("labelMS3GraphNum")->text(), "(2 of 2)");
+    EXPECT_EQ(window.Find<QLabel>("LabelMessage")->text(), "");
+    EXPECT_FALSE(window.Find<QWidget>("ResultsGraphControl")->isVisible());
+    const QString log = window.Find<QPlainTextEdit>("txtLog")->toPlainText();
+    EXPECT_TRUE(log.startsWith("[3:45:12 PM]   Initialization complete.\n[")) << log.toStdString();
+    EXPECT_TRUE(log.endsWith(QString("]   Optimization completed successfully!\n\n") + helpLines)) << log.toStdString();
 }
 
-TEST(frmMain, AbortsByClick) {
+TEST(frmMain, ShowsTheGraphsOfFinishedStages) {
     Window window;
-    window.bench.boxes.answers = {true};
-    bool clicked = false;
-    window.bench.calls.beforeCall = [&](const std::string& text) {
-        if (clicked || text != "HostSleep(100)") return;
-        clicked = true;
-        QMetaObject::invokeMethod(window.Find<QPushButton>("cmdStart"), "click", Qt::QueuedConnection);
-    };
-    window.Find<QPushButton>("cmdStart")->click();
-    ASSERT_EQ(window.bench.boxes.shown.size(), 1U);
-    EXPECT_EQ(window.bench.boxes.shown[0].text, "Optimization was aborted!");
-    EXPECT_NE(window.bench.boxes.questions, std::vector<std::string>());
+    window.Start();
+    auto* graph = window.Find<app::ResultsGraphControl>("ResultsGraphControl");
+    const auto click = [&](const char* label) { emit window.Find<app::ClickableLabel>(label)->clicked(); };
+    click("labelQ1MI_OptEP");  // no link: nothing happens
+    EXPECT_FALSE(graph->isVisible());
+    click("labelMRM");
+    EXPECT_TRUE(graph->isVisible());
+    EXPECT_EQ(graph->Labels().legend.size(), 2);
+    EXPECT_TRUE(graph->Labels().legend[0].startsWith("195.1")) << graph->Labels().legend[0].toStdString();
+    EXPECT_EQ(graph->Labels().xTitle, "CE (V)");
+    EXPECT_EQ(graph->Labels().marks.size(), 2);
+    EXPECT_EQ(graph->PaneX(1).size(), 61U);
+    EXPECT_FALSE(window.Find<QPushButton>("cmdMS3Left")->isVisible());
+
+    click("labelMS3");
+    const auto number = [&] { return window.Find<QLabel>("labelMS3GraphNum")->text().toStdString(); };
+    EXPECT_EQ(number(), "(2 of 2)");
+    Click(window.main, "cmdMS3Right");
+    EXPECT_EQ(number(), "(2 of 2)");
+    Click(window.main, "cmdMS3Left");
+    Click(window.main, "cmdMS3Left");
+    EXPECT_EQ(number(), "(1 of 2)");
+    EXPECT_EQ(graph->Labels().xTitle, "m/z (Da)");
+
+    // The links open the graph's own documents, and tell when the desktop has no program for them.
+    window.bench.boxes.shown.clear();
+    support::RemoveFileIfThere(window.run.results->VeskOutputFilePath + "Results.txt");
+    click("labelVeskLink");
+    Click(window.main, "cmdViewResults");
+    ASSERT_EQ(window.bench.boxes.shown.size(), 2U);
+    EXPECT_TRUE(window.bench.boxes.shown[0].text.starts_with("Error opening " + window.bench.DataFolder()));
+    EXPECT_EQ(window.bench.boxes.shown[1].text,
+              "Error opening " + window.run.results->VeskOutputFilePath + "Results.txt");
+}
+
+TEST(frmMain, AbortsByClickInEachStage) {
+    constexpr int acquisitions = 9;
+    for (int stage = 1; stage <= acquisitions; ++stage) {
+        SCOPED_TRACE(stage);
+        Window window;
+        window.bench.boxes.answers = {true};
+        window.During(stage, [&] { window.Start(); });
+        window.Start();
+        EXPECT_EQ(window.bench.boxes.questions,
+                  std::vector<std::string>{"Are you sure you want to abort the optimization?"});
+        ASSERT_EQ(window.bench.boxes.shown.size(), 1U);
+        EXPECT_EQ(window.bench.boxes.shown[0].text, "Optimization was aborted!");
+        EXPECT_EQ(window.bench.calls.CountOf("TolmSubmitBatch"), stage);
+        EXPECT_EQ(window.bench.calls.CountOf("TolmLogoff"), 1);
+        EXPECT_EQ(window.viewed.size(), 1U);
+        EXPECT_EQ(Caption(window.Find<QPushButton>("cmdStart")->text()), "Start");
+    }
 }
 
 /// A window that is closed during a run takes the run with it: nothing more is written or shown, and the session ends.
@@ -107,14 +165,10 @@ TEST(frmMain, ClosingDuringARunUnwindsIt) {
     for (const bool yes : {false, true}) {
         Window window;
         window.bench.boxes.answers = {yes};
-        bool asked = false;
-        window.bench.calls.beforeCall = [&](const std::string& text) {
-            if (asked || text != "HostSleep(100)") return;
-            asked = true;
-            QMetaObject::invokeMethod(&window.main, "close", Qt::QueuedConnection);
-        };
-        window.Find<QPushButton>("cmdStart")->click();
-        ASSERT_TRUE(asked);
+        window.During(1, [&] { window.main.close(); });
+        window.Start();
+        EXPECT_EQ(window.bench.boxes.questions,
+                  std::vector<std::string>{"Are you sure you want to abort the optimization and exit Veltra?"});
         EXPECT_EQ(window.bench.calls.CountOf("TolmLogoff"), 1);
         EXPECT_EQ(window.bench.boxes.shown.size(), yes ? 0U : 1U);
         EXPECT_EQ(window.viewed.size(), yes ? 0U : 1U);
@@ -125,13 +179,48 @@ TEST(frmMain, ClosingDuringARunUnwindsIt) {
 
 TEST(frmMain, ShowsWhatTheInstrumentCannotOptimise) {
     Window window(26);
-    EXPECT_EQ(window.Find<QLabel>("labelQ1MI_OptEP")->isEnabled(), false);
+    EXPECT_EQ(Looks(window.main), "..xxx....");
     window.main.UpdateScanProgress(enumVeltraScanType::Q1MI_EP, enumProgressState::Pending);
-    EXPECT_FALSE(window.Find<QLabel>("labelQ1MI_OptEP")->isEnabled());
-    window.main.ProgressBarStart(2000);
-    window.main.ProgressBarUpdate(500);
-    window.main.ProgressBarUpdate(500);
-    EXPECT_EQ(window.Find<QProgressBar>("ProgressBar1")->value(), 50);
+    EXPECT_EQ(Looks(window.main), "..xxx....");
+}
+
+TEST(frmMain, ProgressAddsUpAndTellsTheTimeLeft) {
+    Window window;
+    const auto* bar = window.Find<QProgressBar>("ProgressBar1");
+    const auto* left = window.Find<QLabel>("labelRemainingTime");
+    window.main.ProgressBarStart(200000);
+    EXPECT_EQ(left->text(), "3 min 20 s left");
+    window.main.ProgressBarUpdate(50000);
+    window.main.ProgressBarUpdate(100000);
+    EXPECT_EQ(bar->value(), 75);
+    EXPECT_EQ(left->text(), "50 s left");
+    window.main.ProgressBarUpdate(50000);
+    EXPECT_EQ(bar->value(), 100);
+    EXPECT_EQ(left->text(), "");
+}
+
+TEST(frmMain, LogFollowsItsNewestLine) {
+    Window window;
+    auto* log = window.Find<QPlainTextEdit>("txtLog");
+    window.main.SetLogText("");
+    window.main.AddLogEntry("first");
+    EXPECT_EQ(log->toPlainText(), "first");
+    EXPECT_EQ(log->textCursor().position(), 1);
+    window.main.AddLogEntry("second");
+    EXPECT_EQ(log->toPlainText(), "first\nsecond");
+    EXPECT_EQ(log->textCursor().position(), 6);
+}
+
+TEST(frmMain, SettingsButtonShowsTheNewSettings) {
+    Window window;
+    WhenOpen<app::frmSettings>([](app::frmSettings& dialog) {
+        Enter(dialog, "txtCompoundName", "Theobromine");
+        Click(dialog, "cmdOK");
+    });
+    window.main.SetLogText("old");
+    Click(window.main, "cmdSettings");
+    EXPECT_TRUE(window.Find<QLabel>("labelGraphRight")->text().contains("Theobromine"));
+    EXPECT_EQ(window.Find<QPlainTextEdit>("txtLog")->toPlainText(), helpLines);
 }
 
 }  // namespace

@@ -5,9 +5,9 @@
 
 #include "tests/support_files/TempFolder.h"
 
-/// Window tests need an application, but no screen.
+/// Window tests need an application, but no screen unless one is asked for.
 int main(int argc, char** argv) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication application(argc, argv);
     const TempFolder userConfiguration;
     QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, QString::fromStdString(userConfiguration.Path()));

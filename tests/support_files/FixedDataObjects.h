@@ -2,6 +2,7 @@
 
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "ports/DataExploration.h"
@@ -12,6 +13,8 @@ class FixedDataObject : public Kind {
   public:
     FixedDataObject() = default;
     FixedDataObject(ports::AxisRange ofX, ports::AxisRange ofY) : xRange(ofX), yRange(ofY) {}
+    FixedDataObject(std::vector<double> xValues, std::vector<double> yValues)
+        : x(std::move(xValues)), y(std::move(yValues)) {}
 
     std::vector<double> GetXValues() const override { return x; }
     std::vector<double> GetYValues() const override { return y; }
