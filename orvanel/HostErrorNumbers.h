@@ -26,6 +26,7 @@ inline constexpr std::int32_t badDataFile = 1207;
 inline constexpr std::int32_t batchFileDamaged = 1208;
 inline constexpr std::int32_t batchNotSaved = 1209;
 inline constexpr std::int32_t wrongQueueOrder = 1301;
+inline constexpr std::int32_t acquisitionFailed = 1302;
 inline constexpr std::int32_t unknownModel = 1501;
 inline constexpr std::int32_t unknownScanRate = 1502;
 

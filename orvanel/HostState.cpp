@@ -10,6 +10,7 @@
 #include "orvanel/data/DataFile.h"
 #include "orvanel/elements/ElementTableFile.h"
 #include "orvanel/instrument/Simulator.h"
+#include "orvanel/instrument/faults/FaultySample.h"
 #include "orvanel/methods/MethodFile.h"
 #include "orvanel/methods/Validation.h"
 #include "ports/HostError.h"
@@ -75,6 +76,7 @@ void HostState::LoadInstrument() {
     for (const auto& entry : config_.sample)
         sample_.push_back(
             {LoadCompound(FindCompoundFile(config_.appLocation, entry.compound), *elements_), entry.amount});
+    sample_ = WithFaults(sample_, config_.faults, *elements_);
 }
 
 void HostState::RequireRunning(const std::string& what) const {
@@ -101,8 +103,9 @@ QueuedSample HostState::PrepareSample(const std::string& methodPath) const {
     } catch (const support::FileError& error) {
         throw ports::HostError(errorNumber::methodFileUnreadable, error.what());
     }
-    sample.preparationMs = PreparationMs(*massSpec, *model_);
-    sample.durationMs = ExpectedDurationMs(*massSpec, *model_);
+    const double delayMs = config_.faults.equilibrationDelayS * 1000;
+    sample.preparationMs = PreparationMs(*massSpec, *model_) + delayMs;
+    sample.durationMs = ExpectedDurationMs(*massSpec, *model_) + delayMs;
     return sample;
 }
 
@@ -115,11 +118,15 @@ void HostState::RememberProject(const std::string& projectPath, const std::strin
 }
 
 void HostState::AcquireAndWrite(const QueuedSample& sample) const {
+    if (static_cast<double>(sample.acquisitionNumber) == config_.faults.failingAcquisition)
+        throw ports::HostError(errorNumber::acquisitionFailed,
+                               "The acquisition failed as FailingAcquisition in " + config_.iniPath + " asks");
     AcquisitionContext context;
     context.seed = config_.seed;
     context.acquisitionNumber = sample.acquisitionNumber;
     context.instrumentTimeS = sample.nominalTimeMs / 1000;
     context.noiseLevel = config_.noiseLevel;
+    context.faults = config_.faults;
     AcquiredData data = Acquire(sample.method, *model_, sample_, *elements_, context);
     const double agoMs = clock_.ElapsedMs() - (sample.startedMs + sample.preparationMs);
     data.startTimestamp = IsoTimestamp(clock_.Time() - std::chrono::duration_cast<HostClock::TimePoint::duration>(

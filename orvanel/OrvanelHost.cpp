@@ -120,6 +120,8 @@ class OrvanelHost : public ports::Host {
                        support::MzText(entry.compound.Root().mz);
         std::string text = "Simulated instrument: nothing here was measured";
         if (state_->Config().running) text += " (spraying " + (sprayed.empty() ? "solvent only" : sprayed) + ")";
+        const std::string faults = FaultTexts(state_->Config().faults);
+        if (!faults.empty()) text += ", with injected faults: " + faults;
         return text;
     }
 

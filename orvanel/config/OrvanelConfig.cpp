@@ -1,5 +1,6 @@
 #include "orvanel/config/OrvanelConfig.h"
 
+#include <algorithm>
 #include <charconv>
 #include <map>
 #include <optional>
@@ -151,6 +152,44 @@ void ReadSimulationSection(const Reader& reader, const support::IniDocument::Sec
     }
 }
 
+/// "a number from 0.3 to 0.9" for every number that a fault's value holds.
+std::string AllowedText(const FaultKey& key) {
+    std::string text;
+    for (const FaultStrength& strength : key.strengths)
+        text += (text.empty() ? "" : ", ") + std::string(strength.whole ? "a whole number" : "a number") + " from " +
+                GeneralText(strength.allowed.minimum) + " to " + GeneralText(strength.allowed.maximum);
+    return text;
+}
+
+void ReadFault(const Reader& reader, const support::IniDocument::Entry& entry, const FaultKey& key,
+               FaultSettings& faults) {
+    const auto parts = support::Split(entry.value, ',');
+    if (parts.size() != key.strengths.size()) reader.FailValue(entry, AllowedText(key));
+    for (std::size_t i = 0; i < parts.size(); ++i) {
+        const FaultStrength& strength = key.strengths[i];
+        const std::string text(support::Trim(parts[i]));
+        const auto value = support::ParseDouble(text);
+        const bool fraction = strength.whole && text.find_first_not_of("0123456789") != std::string::npos;
+        if (!value || fraction || !strength.allowed.Contains(*value)) reader.FailValue(entry, AllowedText(key));
+        faults.*strength.value = *value;
+    }
+}
+
+void ReadFaultsSection(const Reader& reader, const support::IniDocument::Section& section, OrvanelConfig& config) {
+    const auto& keys = FaultKeys();
+    for (const auto& entry : section.entries) {
+        const auto key = std::find_if(keys.begin(), keys.end(),
+                                      [&](const FaultKey& known) { return EqualIgnoringCase(known.name, entry.key); });
+        if (key == keys.end()) {
+            std::string names;
+            for (const FaultKey& known : keys)
+                names += (names.empty() ? "" : &known == &keys.back() ? " and " : ", ") + std::string(known.name);
+            reader.Fail(entry.line, "unknown key \"" + entry.key + "\", [Faults] may hold " + names);
+        }
+        ReadFault(reader, entry, *key, config.faults);
+    }
+}
+
 void RefuseRepetition(const Reader& reader, const support::IniDocument& document) {
     std::set<std::string> sections;
     for (const auto& section : document.Sections()) {
@@ -191,9 +230,11 @@ OrvanelConfig ReadOrvanelConfig(const std::string& iniPath, const std::string& d
             ReadSampleSection(reader, section, config);
         else if (EqualIgnoringCase(section.name, "Simulation"))
             ReadSimulationSection(reader, section, config);
+        else if (EqualIgnoringCase(section.name, "Faults"))
+            ReadFaultsSection(reader, section, config);
         else
-            reader.Fail(section.line,
-                        "unknown section [" + section.name + "], there may be [Orvanel], [Sample] and [Simulation]");
+            reader.Fail(section.line, "unknown section [" + section.name +
+                                          "], there may be [Orvanel], [Sample], [Simulation] and [Faults]");
     }
     return config;
 }

@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "orvanel/instrument/faults/FaultSettings.h"
+
 namespace orvanel {
 
 struct SampleEntry {
@@ -21,6 +23,7 @@ struct OrvanelConfig {
     std::uint64_t seed = 1;
     double clockFactor = 1;  ///< 1 real time, 60 sixty times faster, 0 virtual: only pauses advance the clock
     double noiseLevel = 1;
+    FaultSettings faults;
     std::string dataLocation;  ///< folder that holds "Projects"
     std::string appLocation;   ///< folder that holds "bin/QvElements.ini", "compounds" and "models"
 };

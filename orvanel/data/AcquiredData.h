@@ -37,6 +37,7 @@ struct AcquiredData {
     std::string modelName;
     std::uint64_t seed = 0;
     std::vector<std::string> compounds;  ///< what was sprayed
+    std::string faults;                  ///< what was made to go wrong, empty when nothing was
     ExperimentRecord experiment;
     std::optional<RampRecord> ramp;
     std::vector<CycleRecord> cycles;

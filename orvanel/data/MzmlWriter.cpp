@@ -102,6 +102,7 @@ void MzmlBuilder::DescribeFile(msdata::MSData& document) const {
     for (const auto& compound : data_.compounds)
         compounds += (compounds.empty() ? "" : ", ") + compound;
     AddUserParam(content, "compounds", compounds);
+    if (!data_.faults.empty()) AddUserParam(content, "injected faults", data_.faults);
     AddUserParam(content, "scan type", std::to_string(data_.experiment.scanType), "xsd:int");
     AddUserParam(content, "scans summed", std::to_string(data_.experiment.scansToSum), "xsd:int");
     if (data_.ramp) {

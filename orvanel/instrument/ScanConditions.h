@@ -6,6 +6,7 @@
 #include "orvanel/instrument/Noise.h"
 #include "orvanel/instrument/Random.h"
 #include "orvanel/instrument/Simulator.h"
+#include "orvanel/instrument/faults/FaultySpray.h"
 #include "orvanel/methods/MethodDocument.h"
 
 namespace orvanel {
@@ -17,7 +18,7 @@ struct ScanConditions {
     const AcquisitionContext& context;
     const std::vector<const IonSource*>& sources;
     const ChemicalBackground& background;
-    Spray& spray;
+    FaultySpray& spray;
     Random& random;
 };
 

@@ -20,6 +20,7 @@ AcquiredData Described(const PeriodRecord& period, const InstrumentModel& model,
     data.modelCode = model.code;
     data.modelName = model.name;
     data.seed = context.seed;
+    data.faults = FaultTexts(context.faults);
     for (const SprayedCompound& sprayed : sample)
         data.compounds.push_back(sprayed.compound.name);
     data.experiment = period.experiments[0];
@@ -56,7 +57,9 @@ AcquiredData Acquire(const MassSpecRecord& method, const InstrumentModel& model,
         sources.push_back(owned.back().get());
     }
     Random random{context.seed, acquisitionStream, context.acquisitionNumber};
-    Spray spray(model.sprayRsd * context.noiseLevel, model.sprayCorrelationS, random);
+    const double sprayRsd =
+        context.faults.sprayInstability != 0 ? context.faults.sprayInstability : model.sprayRsd * context.noiseLevel;
+    FaultySpray spray({sprayRsd, model.sprayCorrelationS, random}, context.faults, context.seed);
     const ChemicalBackground background(model, context.seed, context.noiseLevel);
     const ScanConditions conditions{experiment, model, context, sources, background, spray, random};
 
@@ -80,6 +83,7 @@ AcquiredData Acquire(const MassSpecRecord& method, const InstrumentModel& model,
         }
         record.applied = parameters[0];
         const double timeS = context.instrumentTimeS + (PreparationMs(method, model) + cycle * cycleMs) / 1000;
+        spray.StartCycle(timeS, period.ramp ? static_cast<double>(cycle) / period.cycles : 0);
         if (trap) {
             trap->Cycle(parameters, timeS, record);
         } else {

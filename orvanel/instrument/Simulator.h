@@ -7,6 +7,7 @@
 #include "orvanel/data/AcquiredData.h"
 #include "orvanel/instrument/Compound.h"
 #include "orvanel/instrument/InstrumentModel.h"
+#include "orvanel/instrument/faults/FaultSettings.h"
 #include "orvanel/methods/MethodDocument.h"
 
 namespace orvanel {
@@ -18,6 +19,7 @@ struct AcquisitionContext {
     double instrumentTimeS = 0;           ///< nominal instrument time at the start of the acquisition, for drifts
     double noiseLevel = 1;                ///< factor on spray, chemical noise and mass error; 0 leaves none of them
     bool countingStatistics = true;       ///< false gives expected values: the noise-free signal
+    FaultSettings faults;                 ///< those of the spray and the mass scale act whatever the noise level is
 };
 
 /// Acquires the first experiment of the method's first period: one CycleRecord a cycle, its scans summed.

@@ -78,7 +78,8 @@ TrapScan::Ions TrapScan::IonsOf(const MassRangeRecord& range, const Voltages& vo
 
 void TrapScan::Cycle(const ParameterTables& parameters, double instrumentTimeS, CycleRecord& record) {
     const ExperimentRecord& experiment = at_.experiment;
-    const double errorDa = CalibrationErrorDa(at_.model, at_.context.seed, instrumentTimeS, at_.context.noiseLevel);
+    const double errorDa = CalibrationErrorDa(at_.model, at_.context.seed, instrumentTimeS, at_.context.noiseLevel) +
+                           at_.context.faults.massOffsetDa;
     std::vector<Ions> ions;
     std::vector<double> fillMs;
     std::vector<std::vector<double>> intensity;

@@ -32,7 +32,9 @@ std::vector<double> RampValues(const RampRecord& ramp, int cycles) {
     const double start = DecimalValue(ramp.start);
     const double step = DecimalValue(ramp.step);
     const int decimals = std::max(DecimalsOf(ramp.start), DecimalsOf(ramp.step));
-    const double scale = std::pow(10.0, std::min(decimals, maximumDecimals));
+    double scale = 1;  // a power of ten this small is exact on every machine
+    for (int k = 0; k < std::min(decimals, maximumDecimals); ++k)
+        scale *= 10;
     const double wholeStart = std::round(start * scale);
     const double wholeStep = std::round(step * scale);
     const bool exact = decimals <= maximumDecimals &&

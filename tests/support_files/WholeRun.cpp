@@ -33,7 +33,7 @@ veltra::clsInfo_Settings SettingsOf(const NewProject& project, const WholeRun::O
 WholeRun::WholeRun(const Options& options)
     : project(options.compound, options.modelCode),
       config(ConfigOf(project, options)),
-      clock(0, startTime, {}, true),
+      clock(config.clockFactor, startTime, {}, true),
       orvanelHost(orvanel::CreateOrvanelHost(config, clock)),
       host(*orvanelHost, calls),
       settings(SettingsOf(project, options)),

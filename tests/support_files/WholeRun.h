@@ -23,7 +23,8 @@ class ScriptedFolderChooser : public ports::FolderChooser {
     std::vector<std::string> asked;
 };
 
-/// One whole optimisation on the shipped host, with a virtual clock that starts at a fixed time and a fixed seed.
+/// One whole optimisation on the shipped host, with a clock that starts at a fixed time (and is virtual unless
+/// configured otherwise) and a fixed seed.
 class WholeRun {
   public:
     struct Options {

@@ -25,7 +25,8 @@ TEST_F(OrvanelConfigTest, ReadsEveryKey) {
         "[orvanel]\r\nRUNNING=0\r\nModelCode=26\r\nOperatingMode=1\r\nClockFactor=60.5\r\nDataLocation=data\\\r\n"
         "AppLocation=/app/\r\n"
         "[Sample]\r\nCompound10=sub/own.ini\r\nAmount1=0.5\r\ncompound=reserpine\r\nCompound2=caffeine\r\n"
-        "[Simulation]\r\nSeed=18446744073709551615\r\nNoiseLevel=0\r\n");
+        "[Simulation]\r\nSeed=18446744073709551615\r\nNoiseLevel=0\r\n"
+        "[Faults]\r\nDropouts=6\r\nINTERFERENCE=0.5, 1.5\r\nMassOffset=-0.25\r\nNoFragments=1\r\nWrongPolarity=0\r\n");
     EXPECT_EQ(config.iniPath, path_);
     EXPECT_FALSE(config.running);
     EXPECT_EQ(config.modelCode, 26);
@@ -40,6 +41,7 @@ TEST_F(OrvanelConfigTest, ReadsEveryKey) {
     EXPECT_EQ(config.sample[2].compound, folder_.File("sub/own.ini"));
     EXPECT_EQ(config.seed, UINT64_MAX);
     EXPECT_EQ(config.noiseLevel, 0);
+    EXPECT_EQ(orvanel::FaultTexts(config.faults), "Dropouts=6; Interference=0.5, 1.5; NoFragments=1; MassOffset=-0.25");
 }
 
 TEST_F(OrvanelConfigTest, DefaultsAndAMissingFile) {
@@ -49,6 +51,7 @@ TEST_F(OrvanelConfigTest, DefaultsAndAMissingFile) {
     EXPECT_EQ(config.appLocation, "/opt/orvanel");
     EXPECT_EQ(config.modelCode, 27);
     EXPECT_TRUE(config.sample.empty());
+    EXPECT_EQ(orvanel::FaultTexts(config.faults), "");
     const auto missing = ReadOrvanelConfig(folder_.File("none.ini"), "/opt/orvanel");
     EXPECT_FALSE(missing.running);
     EXPECT_EQ(missing.iniPath, folder_.File("none.ini"));
@@ -72,7 +75,7 @@ TEST_F(OrvanelConfigTest, ErrorsNameLineKeyAndWhatIsAllowed) {
          "and AppLocation"},
         {"[Orvanel]\nRunning=1\nrunning=1", "line 3: key \"running\" is given twice, remove one"},
         {"[Simulation]\n[SIMULATION]", "line 2: section [SIMULATION] is there twice, join the two"},
-        {"[Other]", "line 1: unknown section [Other], there may be [Orvanel], [Sample] and [Simulation]"},
+        {"[Other]", "line 1: unknown section [Other], there may be [Orvanel], [Sample], [Simulation] and [Faults]"},
         {"[Sample]\nCompound21=x",
          "line 2: unknown key \"Compound21\", [Sample] may hold Compound1 to Compound20 and Amount1 to Amount20"},
         {"[Sample]\nCompound01=x",
@@ -82,6 +85,17 @@ TEST_F(OrvanelConfigTest, ErrorsNameLineKeyAndWhatIsAllowed) {
         {"[Sample]\nAmount3=1", "line 2: Amount3 belongs to no compound, add Compound3 or remove it"},
         {"[Simulation]\nSeed=-1", "line 2: Seed=-1 is not allowed, a whole number from 0 to 18446744073709551615 is"},
         {"[Simulation]\nNoiseLevel=101", "line 2: NoiseLevel=101 is not allowed, a number from 0 to 100 is"},
+        {"[Faults]\nSaturation=0.5", "line 2: Saturation=0.5 is not allowed, a number from 1 to 10000 is"},
+        {"[Faults]\nSaturation=100, 2", "line 2: Saturation=100, 2 is not allowed, a number from 1 to 10000 is"},
+        {"[Faults]\nNoFragments=1.0", "line 2: NoFragments=1.0 is not allowed, a whole number from 0 to 1 is"},
+        {"[Faults]\nInterference=0.5",
+         "line 2: Interference=0.5 is not allowed, a number from 0.3 to 0.9, a number from 0.2 to 2 is"},
+        {"[Faults]\nInterference=0.5, nan",
+         "line 2: Interference=0.5, nan is not allowed, a number from 0.3 to 0.9, a number from 0.2 to 2 is"},
+        {"[Faults]\nSaturation=2\nNoise=1",
+         "line 3: unknown key \"Noise\", [Faults] may hold SprayInstability, Dropouts, SignalLoss, BackgroundIon, "
+         "Interference, SodiumAdduct, WrongPolarity, NoFragments, StablePrecursor, Saturation, MassOffset, "
+         "EquilibrationDelay and FailingAcquisition"},
     };
     for (const auto& one : cases)
         EXPECT_EQ(HostErrorOf([&] { Read(one.text); }), "1010: " + path_ + ", " + one.expected);

@@ -219,10 +219,20 @@ TEST(OrvanelHost, AWrongSetUpIsRefused) {
               "Simulated instrument: nothing here was measured (spraying solvent only)");
 }
 
-TEST(OrvanelHost, DescriptionNamesWhatIsSprayed) {
+TEST(OrvanelHost, DescriptionNamesWhatIsSprayedAndWhatIsMadeToGoWrong) {
     Surroundings surroundings;
     EXPECT_EQ(surroundings.Host()->GetDescription(),
               "Simulated instrument: nothing here was measured (spraying reserpine [M+H]+ at m/z 609.281)");
+    auto config = orvanel::ReadOrvanelConfig(surroundings.facts.orvanelIniPath, VELTRA_APP_LOCATION);
+    config.faults.sodiumAdduct = 5;
+    config.faults.saturation = 100;
+    EXPECT_EQ(orvanel::CreateOrvanelHost(config, surroundings.clock)->GetDescription(),
+              "Simulated instrument: nothing here was measured (spraying reserpine [M+H]+ at m/z 609.281, reserpine "
+              "sodium adduct [M+Na]+ at m/z 631.263), with injected faults: SodiumAdduct=5; Saturation=100");
+    config.sample = {{"warfarin", 1}};
+    EXPECT_EQ(HostErrorOf([&] { orvanel::CreateOrvanelHost(config, surroundings.clock); }),
+              "6121: SodiumAdduct is not possible for warfarin [M-H]-, spray an [M+H]+ ion or remove the key from "
+              "[Faults]");
 }
 
 TEST(CreateProject, EveryCompoundStartsOnEveryTrap) {
