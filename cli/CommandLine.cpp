@@ -12,7 +12,9 @@ constexpr const char* footer =
     "Examples:\n"
     "  veltra-run --new-project demo --compound reserpine\n"
     "  veltra-run --settings demo/Veltra.ini\n"
-    "  veltra-run --formula C33H40N2O9 --charge 1";
+    "  veltra-run --formula C33H40N2O9 --charge 1\n"
+    "  veltra-run --import-compound mine --from spectra --to compounds\n"
+    "  veltra-run --new-project demo --compound compounds/mine.ini";
 
 }  // namespace
 
@@ -39,7 +41,7 @@ ExitStatus RunCommandLine(int argc, const char* const* argv, const TerminalStrea
                            ->type_name("DIR")
                            ->excludes(settingsOption);
     auto* compound = app.add_option("--compound", project.compound, "What the new project's instrument sprays")
-                         ->type_name("NAME")
+                         ->type_name("NAME|FILE")
                          ->needs(newProject);
     newProject->needs(compound);
     app.add_option("--project-name", project.name, "Name of the new project (default: the compound's)")
@@ -54,7 +56,32 @@ ExitStatus RunCommandLine(int argc, const char* const* argv, const TerminalStrea
         ->type_name("NUMBER")
         ->needs(formulaOption);
     auto* listOption = app.add_flag("--list-compounds", listCompounds, "List what the shipped instrument can spray");
-    for (auto* mode : {newProject, formulaOption}) {
+    ImportOptions import;
+    double energyScale = 1;
+    std::string compoundFile;
+    auto* importOption = app.add_option("--import-compound", import.name,
+                                        "Make the compound file NAME.ini from spectra at several collision energies")
+                             ->type_name("NAME");
+    auto* from = app.add_option("--from", import.from, "Folders and files with MassBank records or MSP spectra")
+                     ->type_name("PATH...")
+                     ->needs(importOption);
+    importOption->needs(from);
+    app.add_option("--to", import.toFolder, "Where the compound file goes (default: the current folder)")
+        ->type_name("DIR")
+        ->needs(importOption);
+    auto* scaleOption =
+        app.add_option("--energy-scale", energyScale,
+                       "Volts here for a volt of the spectra (default: 1 for triple quadrupoles, 0.65 for others)")
+            ->type_name("FACTOR")
+            ->check(CLI::Range(0.05, 20.0).description(""))
+            ->needs(importOption);
+    auto* checkOption = app.add_option("--check-compound", compoundFile, "Check a compound file and draw its curves")
+                            ->type_name("FILE")
+                            ->excludes(importOption);
+    for (auto* mode : {importOption, checkOption})
+        for (auto* other : {settingsOption, newProject, formulaOption})
+            mode->excludes(other);
+    for (auto* mode : {newProject, formulaOption, importOption, checkOption}) {
         mode->excludes(listOption);
         mode->excludes(hostOption);
     }
@@ -68,6 +95,11 @@ ExitStatus RunCommandLine(int argc, const char* const* argv, const TerminalStrea
     }
     if (listCompounds) return ListCompounds(streams);
     if (formulaOption->count() > 0) return PrintMzOfFormula(formula, charge, streams);
+    if (checkOption->count() > 0) return CheckCompound(compoundFile, streams);
+    if (importOption->count() > 0) {
+        if (scaleOption->count() > 0) import.energyScale = energyScale;
+        return ImportCompound(import, streams);
+    }
     if (newProject->count() > 0) return MakeNewProject(project, streams);
     return RunOptimization(settings, host, streams);
 }

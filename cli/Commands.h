@@ -1,7 +1,9 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "cli/ExitStatus.h"
 #include "cli/Terminal.h"
@@ -27,6 +29,18 @@ struct NewProjectOptions {
 ExitStatus MakeNewProject(const NewProjectOptions& options, const TerminalStreams& streams);
 
 ExitStatus ListCompounds(const TerminalStreams& streams);
+
+struct ImportOptions {
+    std::string name;               ///< of the compound
+    std::vector<std::string> from;  ///< files and folders with spectra
+    std::string toFolder;           ///< empty: the current folder
+    std::optional<double> energyScale;
+};
+/// Makes a compound file from library spectra and prints what was used, what was not, and how well the curves agree.
+ExitStatus ImportCompound(const ImportOptions& options, const TerminalStreams& streams);
+
+/// Says what is wrong with a compound file, or draws it.
+ExitStatus CheckCompound(const std::string& path, const TerminalStreams& streams);
 
 /// Prints the m/z of a neutral formula with a charge.
 ExitStatus PrintMzOfFormula(const std::string& formula, std::int16_t charge, const TerminalStreams& streams);

@@ -1,42 +1,47 @@
 #include <chrono>
-#include <exception>
 #include <iomanip>
 #include <ostream>
 #include <stdexcept>
+#include <string_view>
 
 #include "chem/clsMWCalculator.h"
 #include "cli/Commands.h"
+#include "cli/Guarded.h"
 #include "cli/ProjectSettings.h"
 #include "model/clsInfo_Settings.h"
+#include "orvanel/CompoundFolder.h"
 #include "orvanel/OrvanelHost.h"
 #include "orvanel/clock/HostClock.h"
 #include "support/Files.h"
 #include "support/NumberText.h"
 #include "support/Paths.h"
 #include "support/Platform.h"
+#include "support/Text.h"
 
 namespace cli {
 namespace {
 
-void WriteSettings(const std::string& path, const NewProjectOptions& options, const orvanel::ProjectFacts& facts) {
+void WriteSettings(const std::string& path, const std::string& compoundName, const orvanel::ProjectFacts& facts) {
     veltra::clsInfo_Settings settings(path);
-    SuitToCompound(settings, options.compound, facts);
+    SuitToCompound(settings, compoundName, facts);
     settings.WriteGlobalSettings();
     if (!support::FileExists(path)) throw support::FileError("Cannot write " + path);
 }
 
-/// Runs a command; what it cannot do is said in one line.
-template <class Command>
-ExitStatus Guarded(const TerminalStreams& streams, ExitStatus failure, Command command) {
-    try {
-        return command();
-    } catch (const support::FileError& error) {
-        streams.err << "veltra-run: " << error.what() << '\n';
-        return abortedOrFailed;
-    } catch (const std::exception& error) {
-        streams.err << "veltra-run: " << error.what() << '\n';
-        return failure;
-    }
+bool IsCompoundFile(const std::string& text) {
+    const std::string extension = support::ToUpper(orvanel::compoundFileExtension);
+    return text.size() > extension.size() && support::ToUpper(text).ends_with(extension);
+}
+
+/// The path of a compound file in full, so that it is not taken for the name of a compound that ships; a name as it is.
+std::string CompoundOrFile(const std::string& compound) {
+    return IsCompoundFile(compound) ? support::AbsolutePath(compound) : compound;
+}
+
+std::string CompoundNameOf(const std::string& compound) {
+    std::string name = support::FileNameOf(compound);
+    if (IsCompoundFile(name)) name.resize(name.size() - std::string_view(orvanel::compoundFileExtension).size());
+    return name;
 }
 
 }  // namespace
@@ -46,10 +51,12 @@ ExitStatus MakeNewProject(const NewProjectOptions& options, const TerminalStream
         const std::string settingsPath = support::JoinPath(support::AbsolutePath(options.folder), "Veltra.ini");
         if (support::FileExists(settingsPath))
             throw std::invalid_argument(settingsPath + " is there already: choose another folder or remove it");
-        const std::string name = options.name.empty() ? options.compound : options.name;
+        const std::string compound = CompoundOrFile(options.compound);
+        const std::string compoundName = CompoundNameOf(compound);
+        const std::string name = options.name.empty() ? compoundName : options.name;
         const auto facts =
-            orvanel::CreateProject({options.folder, name, options.compound, DefaultAppLocation(), options.modelCode});
-        WriteSettings(settingsPath, options, facts);
+            orvanel::CreateProject({options.folder, name, compound, DefaultAppLocation(), options.modelCode});
+        WriteSettings(settingsPath, compoundName, facts);
         streams.out << "Starter method: " << facts.starterMethodPath << '\n'
                     << "Settings:       " << settingsPath << '\n'
                     << "Host:           " << facts.orvanelIniPath << '\n'

@@ -17,6 +17,7 @@ namespace {
 
 constexpr double formulaToleranceDa = 0.005;
 constexpr std::size_t maximumNodes = 500;
+constexpr std::size_t maximumVoltages = 500;
 constexpr std::string_view nodePrefix = "Node ";
 constexpr std::string_view branchPrefix = "To ";
 
@@ -36,6 +37,7 @@ class CompoundReader {
         ReadIon();
         for (const auto& section : file_.Sections())
             if (HasPrefix(section.name, nodePrefix)) ReadNode(section);
+        ReadBreakdown();
         ReadTruth();
         file_.RefuseUnread();
         CheckTree();
@@ -88,6 +90,49 @@ class CompoundReader {
         return {std::string(support::Trim(entry.key.substr(branchPrefix.size()))), numbers[0], numbers[1]};
     }
 
+    void ReadBreakdown() {
+        const std::string name = "Breakdown";
+        for (const auto& section : file_.Sections()) {
+            if (!support::EqualIgnoringCase(section.name, name)) continue;
+            file_.RequiredText(name, "Voltages");
+            const auto voltages = *file_.Find(name, "Voltages");
+            MeasuredBreakdown& measured = compound_.breakdown;
+            measured.voltages = file_.Numbers(section, voltages, CountOfVoltages(section, voltages), {0, 10000});
+            if (measured.voltages[0] != 0) file_.Fail(section, voltages, "the first voltage must be 0");
+            for (std::size_t i = 1; i < measured.voltages.size(); ++i)
+                if (measured.voltages[i] <= measured.voltages[i - 1])
+                    file_.Fail(section, voltages, "each voltage must be above the one before it");
+            for (const auto& entry : section.entries) {
+                if (entry.line == voltages.line) continue;
+                if (compound_.nodes.count(entry.key) == 0) file_.Fail(section, entry, "there is no node of this name");
+                measured.shares[entry.key] = file_.Numbers(section, entry, measured.voltages.size(), {0, 1});
+            }
+            if (measured.shares.count(compound_.root) == 0)
+                file_.Fail(section.line, "[Breakdown] has no key " + compound_.root + ", the precursor");
+            CheckSums(section);
+        }
+    }
+
+    std::size_t CountOfVoltages(const StrictIni::Section& section, const StrictIni::Entry& entry) {
+        const std::size_t count = support::Split(entry.value, ',').size();
+        if (count < 2 || count > maximumVoltages)
+            file_.Fail(section, entry, "needs 2 to " + std::to_string(maximumVoltages) + " voltages");
+        return count;
+    }
+
+    void CheckSums(const StrictIni::Section& section) {
+        constexpr double roundingAllowance = 0.005;
+        for (std::size_t i = 0; i < compound_.breakdown.voltages.size(); ++i) {
+            double sum = 0;
+            for (const auto& [node, shares] : compound_.breakdown.shares)
+                sum += shares[i];
+            if (sum > 1 + roundingAllowance)
+                file_.Fail(section.line, "[Breakdown] the shares at " +
+                                             support::GeneralText(compound_.breakdown.voltages[i]) + " V add up to " +
+                                             support::GeneralText(sum) + ", more than 1");
+        }
+    }
+
     void ReadTruth() {
         for (const auto& section : file_.Sections()) {
             if (!support::EqualIgnoringCase(section.name, "Truth")) continue;
@@ -111,6 +156,9 @@ class CompoundReader {
         }
         try {
             const auto order = NodesFromPrecursorDown(compound_);
+            if (order.front() != compound_.root)
+                file_.Fail(nodeLines_.at(compound_.root), "[Node " + compound_.root + "] is the precursor, and " +
+                                                              "another node leads to it; a tree leads away from it");
             const std::set<std::string> reached(order.begin(), order.end());
             for (const auto& [name, line] : nodeLines_)
                 if (reached.count(name) == 0) file_.Fail(line, "[Node " + name + "] is formed by no other node");

@@ -36,6 +36,13 @@ struct PlantedOptimum {
     double fraction = 0;
 };
 
+/// Product ions of the precursor as they were measured: the share of all ions that each node has at each voltage. What
+/// the shares of a voltage lack of 1 leaves no ion.
+struct MeasuredBreakdown {
+    std::vector<double> voltages;                       ///< collision energies in V from 0 upwards; empty: not stated
+    std::map<std::string, std::vector<double>> shares;  ///< by node; a node that is not named has none
+};
+
 /// A compound as it can be sprayed: one adduct's ion with its tree. Read from a compound file, validated on loading.
 struct Compound {
     std::string name;   ///< as used on the command line and in Orvanel.ini
@@ -50,6 +57,7 @@ struct Compound {
     double dpWidth = 12;     ///< w, V
     std::string root;        ///< name of the precursor's node
     std::map<std::string, TreeNode> nodes;
+    MeasuredBreakdown breakdown;  ///< replaces the tree for the precursor in the collision cell where it is stated
     std::vector<PlantedOptimum> truth;
 
     const TreeNode& Root() const { return nodes.at(root); }
@@ -60,7 +68,7 @@ struct SprayedCompound {
     double amount = 1;
 };
 
-/// @param path a compound file (docs/formats.md)
+/// @param path a compound file (docs/compounds.md)
 /// @param elements isotope masses, to check formulas against m/z values
 /// @throws ports::HostError naming file, line and key: unknown node, cycle in the tree, missing m/z, ...
 Compound LoadCompound(const std::string& path, ports::ElementTable& elements);

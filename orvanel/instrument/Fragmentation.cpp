@@ -11,10 +11,15 @@
 namespace orvanel {
 namespace {
 
-/// Depth-first from the precursor; a node is listed when all that it leads to is listed.
+/// Depth-first, from what was measured and then from the precursor; a node is listed when all that it leads to is
+/// listed.
 class Ordering {
   public:
-    explicit Ordering(const Compound& compound) : compound_(compound) { Visit(compound.root); }
+    explicit Ordering(const Compound& compound) : compound_(compound) {
+        for (const auto& [name, shares] : compound.breakdown.shares)
+            if (name != compound.root) Visit(name);
+        Visit(compound.root);
+    }
 
     std::vector<std::string> PrecursorFirst() const { return {finished_.rbegin(), finished_.rend()}; }
 
@@ -37,6 +42,21 @@ class Ordering {
     std::vector<std::string> finished_;
 };
 
+std::vector<MonotoneCurve> CurvesOf(const MeasuredBreakdown& breakdown, const std::vector<std::string>& names) {
+    const std::size_t count = breakdown.voltages.size();
+    std::vector<double> lost(count, 1);
+    std::vector<MonotoneCurve> curves;
+    for (const std::string& name : names) {
+        const auto found = breakdown.shares.find(name);
+        const auto shares = found == breakdown.shares.end() ? std::vector<double>(count, 0) : found->second;
+        for (std::size_t i = 0; i < count; ++i)
+            lost[i] = std::max(0.0, lost[i] - shares[i]);
+        curves.emplace_back(breakdown.voltages, shares);
+    }
+    curves.emplace_back(breakdown.voltages, lost);
+    return curves;
+}
+
 }  // namespace
 
 std::vector<std::string> NodesFromPrecursorDown(const Compound& compound) {
@@ -54,6 +74,7 @@ FragmentationTree::FragmentationTree(const Compound& compound) : charge_(compoun
         for (const Branch& branch : linked.node->branches)
             linked.branches.push_back({branch.product == lostProduct ? names.size() : indices.at(branch.product),
                                        branch.weight, branch.kappa});
+    if (!compound.breakdown.voltages.empty()) measured_ = CurvesOf(compound.breakdown, names);
 }
 
 std::size_t FragmentationTree::IndexOf(const std::string& name) const {
@@ -77,7 +98,19 @@ std::vector<double> FragmentationTree::BranchShares(const LinkedNode& node, doub
     return shares;
 }
 
+IonShares FragmentationTree::Measured(double collisionEnergy) const {
+    IonShares ions{std::vector<double>(Size(), 0), measured_.back().At(collisionEnergy)};
+    double sum = ions.lost;
+    for (std::size_t i = 0; i < Size(); ++i)
+        sum += ions.byNode[i] = measured_[i].At(collisionEnergy);
+    for (double& share : ions.byNode)
+        share /= sum;
+    ions.lost /= sum;
+    return ions;
+}
+
 IonShares FragmentationTree::Dissociate(std::size_t from, double collisionEnergy) const {
+    if (from == 0 && !measured_.empty()) return Measured(collisionEnergy);
     IonShares ions{std::vector<double>(Size(), 0), 0};
     ions.byNode[from] = 1;
     for (std::size_t i = from; i < Size(); ++i) {

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "orvanel/instrument/Compound.h"
+#include "orvanel/instrument/MonotoneCurve.h"
 
 namespace orvanel {
 
@@ -15,7 +16,7 @@ struct CycleInTree {
     std::string node;
 };
 
-/// The names of all nodes that the precursor leads to, every parent before its products.
+/// The names of all nodes that the precursor leads to, in the tree or as measured, every parent before its products.
 /// @throws CycleInTree
 std::vector<std::string> NodesFromPrecursorDown(const Compound& compound);
 
@@ -26,7 +27,9 @@ struct IonShares {
 };
 
 /// Collision-induced dissociation as consecutive reactions: with x = (E - E50) / w, a node dissociates to the share
-/// sigma(x) and its products share that by g * exp(kappa * x), normalised over the node's branches.
+/// sigma(x) and its products share that by g * exp(kappa * x), normalised over the node's branches. Where the compound
+/// states a measured breakdown, that is what the precursor gives: monotone curves through the measured shares, divided
+/// by their sum, and held from the highest voltage on.
 class FragmentationTree {
   public:
     /// @param compound must outlive the tree
@@ -60,8 +63,11 @@ class FragmentationTree {
 
     std::vector<double> BranchShares(const LinkedNode& node, double x) const;
 
+    IonShares Measured(double collisionEnergy) const;
+
     double charge_;
     std::vector<LinkedNode> nodes_;
+    std::vector<MonotoneCurve> measured_;  ///< one a node, then that of what is lost; empty when nothing was measured
 };
 
 }  // namespace orvanel

@@ -11,6 +11,7 @@ enum InstrumentError : std::int32_t {
     modelFileFaulty = 6111,
     compoundFileFaulty = 6121,
     methodNotPossible = 6131,
+    spectrumFileFaulty = 6141,
 };
 
 }  // namespace orvanel

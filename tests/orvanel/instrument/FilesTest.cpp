@@ -70,6 +70,22 @@ TEST(CompoundFile, RefusesFaultsByFileLineAndKey) {
         {"DpHigh=60", "DpHigh=60\nCharge=1.5", ", line 8: [Compound] Charge: a whole number is needed"},
         {"F=28, 0.4", "X=28, 0.4", ", line 21: [Truth] X: there is no node of this name"},
         {"[Compound]", "[Component]", ": Section [Compound] is missing"},
+        {"[Truth]", "[Breakdown]\nVoltages=0, 9\nP=1, 0\nF=0, 1.1\n[Truth]",
+         ", line 23: [Breakdown] F: \"1.1\" is not a number from 0 to 1"},
+        {"[Truth]", "[Breakdown]\nVoltages=0, 9\nP=1, 0.6\nF=0, 0.5\n[Truth]",
+         ", line 20: [Breakdown] the shares at 9 V add up to 1.1, more than 1"},
+        {"[Truth]", "[Breakdown]\nVoltages=0, 9, 9\nP=1, 0, 0\n[Truth]",
+         ", line 21: [Breakdown] Voltages: each voltage must be above the one before it"},
+        {"[Truth]", "[Breakdown]\nVoltages=5, 9\nP=1, 0\n[Truth]",
+         ", line 21: [Breakdown] Voltages: the first voltage must be 0"},
+        {"[Truth]", "[Breakdown]\nVoltages=0\nP=1\n[Truth]",
+         ", line 21: [Breakdown] Voltages: needs 2 to 500 voltages"},
+        {"[Truth]", "[Breakdown]\nVoltages=0, 9\nP=1\n[Truth]",
+         ", line 22: [Breakdown] P: needs 2 numbers separated by commas, not \"1\""},
+        {"[Truth]", "[Breakdown]\nVoltages=0, 9\nG=1, 0\n[Truth]",
+         ", line 22: [Breakdown] G: there is no node of this name"},
+        {"[Truth]", "[Breakdown]\nVoltages=0, 9\nF=0, 1\n[Truth]",
+         ", line 20: [Breakdown] has no key P, the precursor"},
     };
     const TempFolder folder;
     const auto elements = bench::Elements();

@@ -88,6 +88,33 @@ TEST(Fragmentation, KappaFavoursDirectCleavageAtHighEnergy) {
     EXPECT_GE(FragmentYield(compound, "B", 0), 0);
 }
 
+/// The curves pass through what was measured, overshoot nowhere, and act on the precursor alone.
+TEST(Fragmentation, MeasuredBreakdownReplacesTheTreeForThePrecursor) {
+    Compound compound = bench::Shipped("clenbuterol");
+    const double ofFragment = FragmentationTree(compound).Dissociate(1, 20).byNode[1];
+    compound.breakdown = {{0, 10, 20, 40}, {{"277.0869", {1, 0.6, 0.1, 0}}, {"259.0763", {0, 0.3, 0.8, 0.2}}}};
+    EXPECT_DOUBLE_EQ(FragmentYield(compound, "277.0869", 10), 0.6);
+    EXPECT_DOUBLE_EQ(FragmentYield(compound, "259.0763", 40), 0.2);
+    EXPECT_DOUBLE_EQ(FragmentYield(compound, "259.0763", 400), 0.2);
+    EXPECT_EQ(FragmentYield(compound, "203.0137", 20), 0);
+    const FragmentationTree tree(compound);
+    double before = 1;
+    for (int ce = 1; ce <= 60; ++ce) {
+        const IonShares ions = tree.Dissociate(0, ce);
+        EXPECT_NEAR(bench::Sum(ions.byNode) + ions.lost, 1, 1e-12);
+        EXPECT_GE(ions.lost, 0);
+        EXPECT_LE(ions.byNode[0], before) << ce;
+        EXPECT_LE(ions.byNode[1], 0.81) << ce;  // division by the sum moves the top by half a percent
+        before = ions.byNode[0];
+    }
+    EXPECT_DOUBLE_EQ(tree.Dissociate(1, 20).byNode[1], ofFragment);
+    // a node that the tree does not reach is there because it was measured
+    compound.nodes.at("277.0869").branches.clear();
+    EXPECT_DOUBLE_EQ(FragmentYield(compound, "259.0763", 20), 0.8);
+    compound.nodes.at("259.0763").branches = {{"277.0869", 1, 0}};
+    EXPECT_NE(NodesFromPrecursorDown(compound).front(), "277.0869");  // what reading a file refuses
+}
+
 TEST(Fragmentation, InstableSourceProductsFollowTheWeights) {
     const Compound compound = bench::Shipped("clenbuterol");
     const FragmentationTree tree(compound);

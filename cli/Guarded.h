@@ -1,0 +1,26 @@
+#pragma once
+
+#include <exception>
+#include <ostream>
+
+#include "cli/ExitStatus.h"
+#include "cli/Terminal.h"
+#include "support/Files.h"
+
+namespace cli {
+
+/// Runs a command; what it cannot do is said in one line.
+template <class Command>
+ExitStatus Guarded(const TerminalStreams& streams, ExitStatus failure, Command command) {
+    try {
+        return command();
+    } catch (const support::FileError& error) {
+        streams.err << "veltra-run: " << error.what() << '\n';
+        return abortedOrFailed;
+    } catch (const std::exception& error) {
+        streams.err << "veltra-run: " << error.what() << '\n';
+        return failure;
+    }
+}
+
+}  // namespace cli

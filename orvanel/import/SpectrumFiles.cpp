@@ -1,0 +1,53 @@
+#include <string_view>
+
+#include "orvanel/import/RecordText.h"
+#include "orvanel/import/SpectrumReaders.h"
+#include "support/Files.h"
+#include "support/Paths.h"
+#include "support/Text.h"
+
+namespace orvanel {
+namespace {
+
+bool IsSpectrumFile(const std::string& name) {
+    const std::string upper = support::ToUpper(name);
+    return upper.ends_with(".TXT") || upper.ends_with(".MSP");
+}
+
+}  // namespace
+
+std::vector<SpectrumRecord> ReadSpectrumFile(const std::string& path) {
+    const auto lines = ReadTextLines(path);
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        const std::string_view line = support::Trim(lines[i]);
+        if (line.empty()) continue;
+        if (line.starts_with("ACCESSION:")) return ReadMassBankRecords(path, lines);
+        const auto colon = line.find(':');
+        if (colon != std::string_view::npos && support::EqualIgnoringCase(support::Trim(line.substr(0, colon)), "Name"))
+            return ReadMspSpectra(path, lines);
+        FailImport(path, static_cast<int>(i + 1),
+                   "is neither a MassBank record, which begins with \"ACCESSION:\", nor an MSP file, which begins with "
+                   "\"Name:\"");
+    }
+    FailImport(path, 0, "is empty");
+}
+
+std::vector<std::string> SpectrumFiles(const std::vector<std::string>& filesAndFolders) {
+    std::vector<std::string> files;
+    for (const std::string& path : filesAndFolders) {
+        if (!support::FolderExists(path)) {
+            files.push_back(path);
+            continue;
+        }
+        const std::size_t before = files.size();
+        for (const std::string& name : support::FilesIn(path))
+            if (IsSpectrumFile(name)) files.push_back(support::JoinPath(path, name));
+        if (files.size() == before) FailImport(path, 0, "the folder holds no .txt and no .msp file");
+    }
+    if (files.size() > maximumSpectra)
+        FailImport(files[maximumSpectra], 0,
+                   "is one file too many, at most " + std::to_string(maximumSpectra) + " are read");
+    return files;
+}
+
+}  // namespace orvanel
