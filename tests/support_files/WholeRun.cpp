@@ -22,8 +22,8 @@ orvanel::OrvanelConfig ConfigOf(const NewProject& project, const WholeRun::Optio
 
 veltra::clsInfo_Settings SettingsOf(const NewProject& project, const WholeRun::Options& options) {
     veltra::clsInfo_Settings settings(project.folder.File("Veltra.ini"));
-    cli::SuitToCompound(settings, options.compound, project.facts);
-    settings.OrvanelProjectName = options.compound;
+    cli::SuitToCompound(settings, project.name, project.facts);
+    settings.OrvanelProjectName = project.name;
     options.adjust(settings);
     return settings;
 }
