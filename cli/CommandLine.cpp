@@ -14,7 +14,48 @@ constexpr const char* footer =
     "  veltra-run --settings demo/Veltra.ini\n"
     "  veltra-run --formula C33H40N2O9 --charge 1\n"
     "  veltra-run --import-compound mine --from spectra --to compounds\n"
-    "  veltra-run --new-project demo --compound compounds/mine.ini";
+    "  veltra-run --new-project demo --compound compounds/mine.ini\n"
+    "  veltra-run --explore sample.mzML --mz 609.28";
+
+CLI::Option* AddImportOptions(CLI::App& app, ImportOptions& import) {
+    constexpr double lowestScale = 0.05;
+    constexpr double highestScale = 20;
+    auto* option = app.add_option("--import-compound", import.name,
+                                  "Make the compound file NAME.ini from spectra at several collision energies")
+                       ->type_name("NAME");
+    auto* from = app.add_option("--from", import.from, "Folders and files with MassBank records or MSP spectra")
+                     ->type_name("PATH...")
+                     ->needs(option);
+    option->needs(from);
+    app.add_option("--to", import.toFolder, "Where the compound file goes (default: the current folder)")
+        ->type_name("DIR")
+        ->needs(option);
+    app.add_option("--energy-scale", import.energyScale,
+                   "Volts here for a volt of the spectra (default: 1 for triple quadrupoles, 0.65 for others)")
+        ->type_name("FACTOR")
+        ->check(CLI::Range(lowestScale, highestScale).description(""))
+        ->needs(option);
+    return option;
+}
+
+CLI::Option* AddExploreOptions(CLI::App& app, ExploreOptions& explore) {
+    constexpr int mostPeaks = 32767;
+    auto* option = app.add_option("--explore", explore.path, "Evaluate any mzML file as the stages of a run do")
+                       ->type_name("FILE");
+    const auto add = [&](const char* name, auto& value, const char* text, const char* type) {
+        return app.add_option(name, value, text)->type_name(type)->needs(option);
+    };
+    const auto count = CLI::Range(1, mostPeaks).description("");
+    add("--experiment", explore.experiment, "Which experiment of the file (default: its first)", "NUMBER")
+        ->check(count);
+    add("--cycle", explore.cycle, "One cycle of it (default: the mean of all)", "NUMBER")->check(count);
+    add("--mz", explore.mz, "MS1: find the parent there; MS2, MS3: the strongest fragments apart from it", "MZ")
+        ->check(CLI::PositiveNumber);
+    add("--top", explore.top, "Only the strongest monoisotopic peaks", "NUMBER")->check(count);
+    app.add_flag("--list-experiments", explore.listsExperiments, "Only list the file's experiments")->needs(option);
+    app.add_flag("--json", explore.json, "For programs")->needs(option);
+    return option;
+}
 
 }  // namespace
 
@@ -29,6 +70,7 @@ ExitStatus RunCommandLine(int argc, const char* const* argv, const TerminalStrea
     std::string formula;
     std::int16_t charge = 0;
     bool listCompounds = false;
+    ExploreOptions explore;
 
     auto* settingsOption =
         app.add_option("--settings", settings, "Settings file (default: Veltra.ini beside the program)")
@@ -57,49 +99,34 @@ ExitStatus RunCommandLine(int argc, const char* const* argv, const TerminalStrea
         ->needs(formulaOption);
     auto* listOption = app.add_flag("--list-compounds", listCompounds, "List what the shipped instrument can spray");
     ImportOptions import;
-    double energyScale = 1;
+    auto* importOption = AddImportOptions(app, import);
     std::string compoundFile;
-    auto* importOption = app.add_option("--import-compound", import.name,
-                                        "Make the compound file NAME.ini from spectra at several collision energies")
-                             ->type_name("NAME");
-    auto* from = app.add_option("--from", import.from, "Folders and files with MassBank records or MSP spectra")
-                     ->type_name("PATH...")
-                     ->needs(importOption);
-    importOption->needs(from);
-    app.add_option("--to", import.toFolder, "Where the compound file goes (default: the current folder)")
-        ->type_name("DIR")
-        ->needs(importOption);
-    auto* scaleOption =
-        app.add_option("--energy-scale", energyScale,
-                       "Volts here for a volt of the spectra (default: 1 for triple quadrupoles, 0.65 for others)")
-            ->type_name("FACTOR")
-            ->check(CLI::Range(0.05, 20.0).description(""))
-            ->needs(importOption);
     auto* checkOption = app.add_option("--check-compound", compoundFile, "Check a compound file and draw its curves")
                             ->type_name("FILE")
                             ->excludes(importOption);
-    for (auto* mode : {importOption, checkOption})
+    auto* exploreOption = AddExploreOptions(app, explore);
+    for (auto* mode : {importOption, checkOption, exploreOption})
         for (auto* other : {settingsOption, newProject, formulaOption})
             mode->excludes(other);
-    for (auto* mode : {newProject, formulaOption, importOption, checkOption}) {
+    for (auto* mode : {newProject, formulaOption, importOption, checkOption, exploreOption}) {
         mode->excludes(listOption);
         mode->excludes(hostOption);
     }
     newProject->excludes(formulaOption);
     formulaOption->excludes(settingsOption);
+    for (auto* mode : {newProject, formulaOption, settingsOption})
+        exploreOption->excludes(mode);
 
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
         return app.exit(error, streams.out, streams.err) == 0 ? completed : wrongUsage;
     }
+    if (exploreOption->count() > 0) return ExploreFile(explore, streams);
     if (listCompounds) return ListCompounds(streams);
     if (formulaOption->count() > 0) return PrintMzOfFormula(formula, charge, streams);
     if (checkOption->count() > 0) return CheckCompound(compoundFile, streams);
-    if (importOption->count() > 0) {
-        if (scaleOption->count() > 0) import.energyScale = energyScale;
-        return ImportCompound(import, streams);
-    }
+    if (importOption->count() > 0) return ImportCompound(import, streams);
     if (newProject->count() > 0) return MakeNewProject(project, streams);
     return RunOptimization(settings, host, streams);
 }

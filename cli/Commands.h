@@ -45,6 +45,18 @@ ExitStatus CheckCompound(const std::string& path, const TerminalStreams& streams
 /// Prints the m/z of a neutral formula with a charge.
 ExitStatus PrintMzOfFormula(const std::string& formula, std::int16_t charge, const TerminalStreams& streams);
 
+struct ExploreOptions {
+    std::string path;
+    int experiment = 1;  ///< from 1
+    std::optional<int> cycle;
+    std::optional<double> mz;  ///< Da
+    std::optional<int> top;
+    bool listsExperiments = false;
+    bool json = false;
+};
+/// Prints the peaks of a data file and what the stages of a run would find in it.
+ExitStatus ExploreFile(const ExploreOptions& options, const TerminalStreams& streams);
+
 /// Reads the command line and runs what it asks for.
 ExitStatus RunCommandLine(int argc, const char* const* argv, const TerminalStreams& streams);
 

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "host/ExploreRules.h"
 #include "support/NumberText.h"
 
 namespace veltra {
@@ -64,11 +65,9 @@ double clsExplore::Chrom_GetOptimalValue(bool& pBlnOptimalFound) {
     pBlnOptimalFound = false;
     Step(
         [&] {
-            if (chromatogram_->ExplorePointCount() < 1) return;
-            chromatogram_->ExploreSortPoints(false, false);
-            if (!(chromatogram_->ExplorePointY(1) > 0)) return;
-            optimum = chromatogram_->ExplorePointX(1);
-            pBlnOptimalFound = true;
+            const auto x = XOfMaximum(*chromatogram_);
+            pBlnOptimalFound = x.has_value();
+            optimum = x.value_or(0);
         },
         FixedMessage("Explore Data: Error getting optimal value"));
     return optimum;
@@ -79,18 +78,9 @@ double clsExplore::Chrom_GetPercentMaxIntensityValue(std::int16_t intPercentage,
     pBlnMaxVoltageFound = false;
     Step(
         [&] {
-            const int count = chromatogram_->ExplorePointCount();
-            if (count < 1) return;
-            chromatogram_->ExploreSortPoints(false, true);
-            const double maximum = chromatogram_->ExplorePointY(count);
-            if (!(maximum > 0)) return;
-            const double threshold = intPercentage / 100.0 * maximum;
-            for (int point = 1; point <= count; ++point) {
-                if (chromatogram_->ExplorePointY(point) < threshold) continue;
-                value = chromatogram_->ExplorePointX(point);
-                pBlnMaxVoltageFound = true;
-                return;
-            }
+            const auto x = XAtPercentOfMaximum(*chromatogram_, intPercentage);
+            pBlnMaxVoltageFound = x.has_value();
+            value = x.value_or(0);
         },
         [&] {
             return "Explore Data: Error getting value at " + GeneralText(static_cast<int>(intPercentage)) +
@@ -134,28 +124,6 @@ std::unique_ptr<ports::PeakList> clsExplore::LoadedPeakList() const {
     return exploration_->ExplorePeakList(dataFilePath_, sample, *spectrum_);
 }
 
-int clsExplore::HighestMonoisotopicPeak(const ports::PeakList& peaks, double mass, double tolerance) const {
-    using List = ports::PeakList;
-    constexpr int chargeWhenUnknown = 2;
-    const auto isMonoisotopic = [&](int peak) {
-        return peaks.ExplorePeakAttribute(peak, List::attributeIsotopeMarker) == 1;
-    };
-
-    const int highest = peaks.ExploreFindHighestInRange(mass - tolerance, mass + tolerance);
-    if (highest < 1 || peaks.ExplorePeakAttribute(highest, List::attributeIsotopeMarker) != 0) return highest;
-
-    const auto known = static_cast<int>(peaks.ExplorePeakAttribute(highest, List::attributeCharge));
-    const int charge = known == 0 ? chargeWhenUnknown : known;
-    const double spacing = 1.0 / charge;
-    const int lower =
-        peaks.ExploreFindNearest(peaks.ExplorePeakAttribute(highest, List::attributeMz) - spacing, tolerance);
-    if (lower < 1) return highest;
-    const double ratioLimit = 1700.0 / (charge * mass) - 0.2;
-    const double ratio = peaks.ExplorePeakAttribute(lower, List::attributeArea) /
-                         peaks.ExplorePeakAttribute(highest, List::attributeArea);
-    return isMonoisotopic(lower) && ratio > ratioLimit ? lower : highest;
-}
-
 std::shared_ptr<clsItem_Peak> clsExplore::Spectrum_GetHighestPeakInRange(double dblMass, double dblTolerance) {
     std::shared_ptr<clsItem_Peak> found;
     Step(
@@ -173,6 +141,25 @@ std::shared_ptr<clsItem_Peak> clsExplore::Spectrum_GetHighestPeakInRange(double 
                    " Da to " + GeneralText(dblMass + dblTolerance) + " Da";
         });
     return found;
+}
+
+PeakCollection clsExplore::Spectrum_GetTopPeaks(std::int16_t intNumOfPeaksToGet, double dblMassToExclude,
+                                                double dblMassExclusionTolerance,
+                                                std::int16_t intPeakAreaPercentThreshold,
+                                                bool& pBlnPercentBelowThreshold) {
+    PeakCollection top;
+    Step(
+        [&] {
+            pBlnPercentBelowThreshold = true;
+            top =
+                TopMonoisotopicPeaks(*LoadedPeakList(), intNumOfPeaksToGet, dblMassToExclude, dblMassExclusionTolerance,
+                                     intPeakAreaPercentThreshold, pBlnPercentBelowThreshold);
+        },
+        [&] {
+            return "Explore Data: Error during getting of " +
+                   support::GeneralText(static_cast<int>(intNumOfPeaksToGet)) + " top peaks";
+        });
+    return top;
 }
 
 ChromDataReference clsExplore::GetChromDataObject() {

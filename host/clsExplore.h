@@ -53,7 +53,6 @@ class clsExplore : public HostWrapper {
     SpecDataReference GetSpecDataObject();
 
   private:
-    int HighestMonoisotopicPeak(const ports::PeakList& peaks, double mass, double tolerance) const;
     std::unique_ptr<ports::PeakList> LoadedPeakList() const;
 
     std::string dataFilePath_;

@@ -28,18 +28,17 @@ void clsScan1_ER::BuildMethod(clsAcquire& acquire, const clsItem_FilePaths& file
 }
 
 std::shared_ptr<clsItem_Peak> clsScan1_ER::ExploreGeneratedVesk(const std::string& strVeskFilePath) {
-    constexpr double toleranceDa = 1.0;
     std::shared_ptr<clsItem_Peak> peak;
     const bool explored = Explore(strVeskFilePath, [&](clsExplore& explore) {
         explore.Spectrum_LoadSpectrum();
-        peak = explore.Spectrum_GetHighestPeakInRange(expectedMz_, toleranceDa);
+        peak = explore.Spectrum_GetHighestPeakInRange(expectedMz_, parentToleranceDa);
         runState_.scans->Scan1_ER_SpecData(explore.GetSpecDataObject());
     });
     if (!explored) return nullptr;
     if (peak && !(peak->CentroidIntensity > 0)) peak = nullptr;  // no signal is no parent
     if (!peak)
-        StopWithoutFinding("No peaks found within " + support::GeneralText(expectedMz_ - toleranceDa) + " - " +
-                           support::GeneralText(expectedMz_ + toleranceDa) + " Da mass range of ER spectrum.");
+        StopWithoutFinding("No peaks found within " + support::GeneralText(expectedMz_ - parentToleranceDa) + " - " +
+                           support::GeneralText(expectedMz_ + parentToleranceDa) + " Da mass range of ER spectrum.");
     return peak;
 }
 

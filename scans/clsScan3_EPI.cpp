@@ -36,7 +36,6 @@ void clsScan3_EPI::BuildMethod(clsAcquire& acquire, float ce, float ces, const c
 }
 
 TopPeakCollection clsScan3_EPI::ExploreGeneratedVesk(const std::string& strVeskFilePath) {
-    constexpr double exclusionToleranceDa = 2.5;
     constexpr std::int16_t noPercentageTest = -1;
     PeakCollection peaks;
     TopPeakCollection secondPrecursors;

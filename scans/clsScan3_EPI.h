@@ -12,6 +12,8 @@ namespace veltra {
 /// as 2nd precursors.
 class clsScan3_EPI : private ScanStage {
   public:
+    static constexpr double exclusionToleranceDa = 2.5;  ///< fragments are looked for further from the 1st precursor
+
     explicit clsScan3_EPI(RunState& runState) : ScanStage(runState) {}
 
     /// @param dblMass 1st precursor, Da

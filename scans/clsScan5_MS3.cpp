@@ -43,17 +43,9 @@ void clsScan5_MS3::BuildMethod(clsAcquire& acquire, const ParameterRamp& ramp, c
 }
 
 clsScan5_MS3::Findings clsScan5_MS3::ExploreVesk(const std::string& strVeskFilePath) {
-    // One-sided on purpose: from the centroid upwards, where no lighter neighbour reaches in.
-    constexpr double windowDa = 0.5;
-    constexpr std::int16_t smoothes = 2;
-    constexpr std::int16_t remainingPercent = 5;
-    constexpr std::int16_t peaksWanted = 2;
-    constexpr double exclusionToleranceDa = 5.0;
-    constexpr std::int16_t parentAreaPercentLimit = 10;
-
     Findings findings;
     Explore(strVeskFilePath, [&](clsExplore& explore) {
-        explore.Chrom_LoadXIC(secondPrecursor_, secondPrecursor_ + windowDa);
+        explore.Chrom_LoadXIC(secondPrecursor_, secondPrecursor_ + remainderWindowDa);
         explore.Chrom_SmoothGraph(smoothes);
         findings.af2 = explore.Chrom_GetPercentMaxIntensityValue(remainingPercent, findings.af2Found);
         if (findings.af2Found) {

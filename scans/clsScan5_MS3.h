@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include "model/clsItem_TopPeak.h"
@@ -12,6 +13,14 @@ namespace veltra {
 /// intense 3rd precursors at it.
 class clsScan5_MS3 : private ScanStage {
   public:
+    // The precursor's own ions are summed from the centroid upwards, where no lighter neighbour reaches in.
+    static constexpr double remainderWindowDa = 0.5;
+    static constexpr std::int16_t remainingPercent = 5;  ///< of the precursor, at the AF2 that is chosen
+    static constexpr std::int16_t smoothes = 2;
+    static constexpr std::int16_t peaksWanted = 2;
+    static constexpr double exclusionToleranceDa = 5.0;  ///< 3rd precursors are looked for further from the 2nd
+    static constexpr std::int16_t parentAreaPercentLimit = 10;
+
     explicit clsScan5_MS3(RunState& runState) : ScanStage(runState) {}
 
     /// Writes the AF2 and MS3 fields of the record.

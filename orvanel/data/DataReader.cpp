@@ -36,14 +36,14 @@ std::string OneLine(std::string text) {
 
 }  // namespace
 
-DataFileContent ReadDataFile(const std::string& path) {
+DataFileContent ReadDataFile(const std::string& path, std::size_t experiment) {
     RequireFile(path);
     std::error_code ignored;
     const auto size = std::filesystem::file_size(SystemPath(path), ignored);
     if (!ignored && size > fileSizeLimit)
         throw ports::HostError(dataFileTooLarge, "The data file \"" + path + "\" is larger than 1 GiB");
     try {
-        return ReadMzml(support::ReadWholeFile(path, fileSizeLimit), pointLimit);
+        return ReadMzml(support::ReadWholeFile(path, fileSizeLimit), pointLimit, experiment);
     } catch (const std::exception& error) {
         throw ports::HostError(dataFileUnreadable,
                                "The data file \"" + path + "\" cannot be read: " + OneLine(error.what()));

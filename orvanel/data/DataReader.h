@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <memory>
@@ -9,8 +10,25 @@
 
 namespace orvanel {
 
+/// What the spectra of one experiment share.
+struct ExperimentKind {
+    int msLevel = 0;   ///< from 1; 0 when there are no spectra
+    int polarity = 0;  ///< 0 positive, 1 negative
+    bool profile = true;
+    std::vector<double> precursors;  ///< m/z in Da as far as the file tells, that of the last isolation last
+    double lowMz = 0;                ///< scan window in Da; 0 to 0 where the file does not tell
+    double highMz = 0;
+};
+
+/// One of the experiments that a file holds.
+struct ExperimentSummary {
+    ExperimentKind kind;
+    std::size_t spectra = 0;
+};
+
 /// One spectrum of the explored experiment.
 struct StoredSpectrum {
+    std::string id;  ///< as the file names it, UTF-8 where the file keeps to its encoding
     int cycle = 1;
     double timeMinutes = 0;
     std::optional<double> rampValue;
@@ -20,6 +38,7 @@ struct StoredSpectrum {
 
 /// A chromatogram as it is stored.
 struct StoredTrace {
+    std::string id;
     double q1 = 0;  ///< m/z in Da, 0 for a total ion chromatogram
     double q3 = 0;  ///< m/z in Da, 0 for a single mass
     std::vector<double> timeMinutes;
@@ -29,12 +48,12 @@ struct StoredTrace {
     const std::vector<double>& X() const { return rampValues.empty() ? timeMinutes : rampValues; }
 };
 
-/// The one experiment of a data file that can be explored.
+/// One experiment of a data file, ready to be explored.
 struct DataFileContent {
-    std::string rampParameter;  ///< id such as "CE", empty where nothing was ramped
-    int msLevel = 0;            ///< 0 when there are no spectra
-    bool profile = true;
-    int polarity = 0;                     ///< 0 positive, 1 negative
+    std::string id;                              ///< what the document calls itself
+    std::vector<ExperimentSummary> experiments;  ///< all that the file holds, in the order of their first spectra
+    ExperimentKind kind;
+    std::string rampParameter;            ///< id such as "CE", empty where nothing was ramped
     std::vector<StoredSpectrum> spectra;  ///< in order of the cycles
     std::vector<StoredTrace> traces;      ///< in the order of the experiment's mass list
     std::optional<StoredTrace> total;     ///< the stored total ion chromatogram
@@ -45,14 +64,15 @@ struct DataFileContent {
 
 /// Reads a ".vesk" file or any other mzML file, indexed or not.
 ///
-/// Of the spectra, those belong to the experiment that share MS level, polarity and representation (profile or
-/// centroid) with the file's first mass spectrum. Their cycle is the stored cycle number, else their ordinal from 1. A
-/// spectrum without a scan start time gets that of the one before it. Of the chromatograms, those with a precursor m/z
-/// are traces.
+/// Mass spectra belong to one experiment when they share MS level, polarity, representation (profile or centroid),
+/// precursors (within 0.05 Da of its first spectrum's) and scan window (within 0.5 Da). Their cycle is the stored cycle
+/// number, else their ordinal from 1. A spectrum without a scan start time gets that of the one before it. Of the
+/// chromatograms, those with a precursor m/z are traces.
 /// @param path full path, UTF-8
+/// @param experiment the one whose spectra are read, counted from 0 in the order of their first spectra
 /// @throws ports::HostError when there is no such file, it is larger than 1 GiB or holds more than 40 million points,
-/// or it is not a whole and sound mzML file
-DataFileContent ReadDataFile(const std::string& path);
+/// it is not a whole and sound mzML file, or it holds no such experiment
+DataFileContent ReadDataFile(const std::string& path, std::size_t experiment = 0);
 
 /// The files that were read last, so that several handles on one file read it once. A file is read again when its size
 /// or its time of change differs. One thread only.

@@ -21,13 +21,8 @@ using namespace pwiz::cv;
 namespace msdata = pwiz::msdata;
 using pwiz::data::ParamContainer;
 
-/// What the spectra of one experiment share.
-struct ExperimentKey {
-    int msLevel = 1;
-    int polarity = 0;
-    bool profile = false;
-    friend bool operator==(const ExperimentKey&, const ExperimentKey&) = default;
-};
+constexpr double samePrecursorDa = 0.05;
+constexpr double sameWindowDa = 0.5;
 
 double NumberOf(const std::string& text, const std::string& where) {
     const auto value = support::ParseDouble(text);
@@ -59,13 +54,14 @@ std::vector<double> ValuesOf(const msdata::BinaryDataArrayPtr& array, const std:
 /// Reads the document into the content of its experiment.
 class MzmlExtractor {
   public:
-    MzmlExtractor(const msdata::MSData& document, std::size_t pointLimit)
-        : document_(document), pointsLeft_(pointLimit) {}
+    MzmlExtractor(const msdata::MSData& document, std::size_t pointLimit, std::size_t experiment)
+        : document_(document), pointsLeft_(pointLimit), experiment_(experiment) {}
 
     DataFileContent Extract();
 
   private:
     void ReadSpectra();
+    std::size_t CountIn(const ExperimentKind& kind);
     void ReadChromatograms();
     void TakePoints(std::size_t count);
     void AddSpectrum(const msdata::Spectrum& spectrum, const std::string& where);
@@ -73,6 +69,7 @@ class MzmlExtractor {
 
     const msdata::MSData& document_;
     std::size_t pointsLeft_;
+    std::size_t experiment_;
     DataFileContent content_;
 };
 
@@ -86,14 +83,41 @@ bool IsMassSpectrum(const msdata::Spectrum& spectrum) {
     return type.empty() || cvIsA(type.cvid, MS_mass_spectrum) || spectrum.hasCVParam(MS_ms_level);
 }
 
-ExperimentKey KeyOf(const msdata::Spectrum& spectrum, const std::string& where) {
-    ExperimentKey key;
-    key.profile = spectrum.hasCVParam(MS_profile_spectrum);
-    key.polarity = spectrum.hasCVParam(MS_negative_scan) ? 1 : 0;
+std::optional<double> PrecursorMz(const msdata::Precursor& precursor, const std::string& where) {
+    const auto target = TermNumber(precursor.isolationWindow, MS_isolation_window_target_m_z, where);
+    if (target || precursor.selectedIons.empty()) return target;
+    return TermNumber(precursor.selectedIons.front(), MS_selected_ion_m_z, where);
+}
+
+ExperimentKind KindOf(const msdata::Spectrum& spectrum, const std::string& where) {
+    ExperimentKind kind;
+    kind.profile = spectrum.hasCVParam(MS_profile_spectrum);
+    kind.polarity = spectrum.hasCVParam(MS_negative_scan) ? 1 : 0;
     const double level = TermNumber(spectrum, MS_ms_level, where).value_or(1);
     if (level < 1 || level > 100) throw std::runtime_error(where + ": the MS level is out of range");
-    key.msLevel = static_cast<int>(level);
-    return key;
+    kind.msLevel = static_cast<int>(level);
+    for (const auto& precursor : spectrum.precursors)
+        if (const auto mz = PrecursorMz(precursor, where)) kind.precursors.push_back(*mz);
+    // Other programs list the last isolation first.
+    if (!spectrum.precursors.empty() &&
+        spectrum.precursors.front().isolationWindow.userParam(dataParameter::precursor).empty())
+        std::reverse(kind.precursors.begin(), kind.precursors.end());
+    if (!spectrum.scanList.scans.empty() && !spectrum.scanList.scans.front().scanWindows.empty()) {
+        const auto& windows = spectrum.scanList.scans.front().scanWindows;
+        kind.lowMz = TermNumber(windows.front(), MS_scan_window_lower_limit, where).value_or(0);
+        kind.highMz = TermNumber(windows.back(), MS_scan_window_upper_limit, where).value_or(0);
+    }
+    return kind;
+}
+
+bool AreOneExperiment(const ExperimentKind& a, const ExperimentKind& b) {
+    const auto within = [](double tolerance) {
+        return [tolerance](double x, double y) { return std::abs(x - y) <= tolerance; };
+    };
+    return a.msLevel == b.msLevel && a.polarity == b.polarity && a.profile == b.profile &&
+           within(sameWindowDa)(a.lowMz, b.lowMz) && within(sameWindowDa)(a.highMz, b.highMz) &&
+           std::equal(a.precursors.begin(), a.precursors.end(), b.precursors.begin(), b.precursors.end(),
+                      within(samePrecursorDa));
 }
 
 /// Points in order of m/z; a negative intensity, which some baseline corrections leave, counts as zero.
@@ -123,6 +147,7 @@ double MinutesOf(const msdata::CVParam& time, const std::string& where) {
 
 void MzmlExtractor::AddSpectrum(const msdata::Spectrum& spectrum, const std::string& where) {
     StoredSpectrum stored;
+    stored.id = spectrum.id;
     stored.cycle = static_cast<int>(content_.spectra.size()) + 1;
     if (const auto cycle = UserNumber(spectrum, dataParameter::cycle, where)) {
         if (*cycle < 1 || *cycle > std::numeric_limits<std::int32_t>::max())
@@ -146,36 +171,43 @@ void MzmlExtractor::AddSpectrum(const msdata::Spectrum& spectrum, const std::str
     content_.spectra.push_back(std::move(stored));
 }
 
+/// @return the experiment that a spectrum of this kind belongs to
+std::size_t MzmlExtractor::CountIn(const ExperimentKind& kind) {
+    auto& all = content_.experiments;
+    auto found = std::find_if(all.begin(), all.end(),
+                              [&](const ExperimentSummary& known) { return AreOneExperiment(known.kind, kind); });
+    if (found == all.end()) found = all.insert(all.end(), {kind, 0});
+    ++found->spectra;
+    return static_cast<std::size_t>(found - all.begin());
+}
+
 void MzmlExtractor::ReadSpectra() {
     const auto list = document_.run.spectrumListPtr;
     if (!list) return;
-    std::optional<ExperimentKey> experiment;
     for (std::size_t i = 0; i < list->size(); ++i) {
         const std::string where = "spectrum " + std::to_string(i + 1);
         const auto header = list->spectrum(i, false);
         if (!header || !IsMassSpectrum(*header)) continue;
-        const ExperimentKey key = KeyOf(*header, where);
-        if (!experiment) experiment = key;
-        if (key != *experiment) continue;
+        if (CountIn(KindOf(*header, where)) != experiment_) continue;
         if (header->defaultArrayLength > pointsLeft_) TakePoints(header->defaultArrayLength);
         const auto spectrum = list->spectrum(i, true);
         if (!spectrum) throw std::runtime_error(where + " is missing");
         AddSpectrum(*spectrum, where);
     }
-    if (!experiment) return;
-    content_.msLevel = experiment->msLevel;
-    content_.polarity = experiment->polarity;
-    content_.profile = experiment->profile;
+    if (experiment_ > 0 && experiment_ >= content_.experiments.size())
+        throw std::runtime_error("it holds " + std::to_string(content_.experiments.size()) +
+                                 " experiments; there is no experiment " + std::to_string(experiment_ + 1));
+    if (content_.experiments.empty()) return;
+    content_.kind = content_.experiments[experiment_].kind;
     std::stable_sort(content_.spectra.begin(), content_.spectra.end(),
                      [](const StoredSpectrum& a, const StoredSpectrum& b) { return a.cycle < b.cycle; });
 }
 
 void MzmlExtractor::AddChromatogram(const msdata::Chromatogram& chromatogram, const std::string& where) {
     StoredTrace trace;
+    trace.id = chromatogram.id;
     const auto& precursor = chromatogram.precursor;
-    auto q1 = TermNumber(precursor.isolationWindow, MS_isolation_window_target_m_z, where);
-    if (!q1 && !precursor.selectedIons.empty())
-        q1 = TermNumber(precursor.selectedIons.front(), MS_selected_ion_m_z, where);
+    const auto q1 = PrecursorMz(precursor, where);
     const bool total = chromatogram.hasCVParam(MS_TIC_chromatogram);
     if (!total && !q1) return;
     trace.q1 = q1.value_or(0);
@@ -219,6 +251,7 @@ void MzmlExtractor::ReadChromatograms() {
 }
 
 DataFileContent MzmlExtractor::Extract() {
+    content_.id = document_.id;
     ReadSpectra();
     ReadChromatograms();
     return std::move(content_);
@@ -247,7 +280,7 @@ std::string Renumbered(const std::string& text, std::string_view tag) {
 
 }  // namespace
 
-DataFileContent ReadMzml(std::string text, std::size_t pointLimit) {
+DataFileContent ReadMzml(std::string text, std::size_t pointLimit, std::size_t experiment) {
     if (text.empty()) throw std::runtime_error("it is empty");
     const std::size_t begin = text.find("<mzML");
     if (begin == std::string::npos) throw std::runtime_error("it is not an mzML file");
@@ -265,7 +298,7 @@ DataFileContent ReadMzml(std::string text, std::size_t pointLimit) {
     auto in = boost::make_shared<std::istringstream>(std::move(text));
     msdata::MSData document;
     msdata::Serializer_mzML(config).read(in, document);
-    return MzmlExtractor(document, pointLimit).Extract();
+    return MzmlExtractor(document, pointLimit, experiment).Extract();
 }
 
 }  // namespace orvanel

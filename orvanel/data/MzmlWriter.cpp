@@ -155,7 +155,7 @@ msdata::Precursor MzmlBuilder::MakePrecursor(double mz, double halfWidthDa, cons
     precursor.isolationWindow.set(MS_isolation_window_target_m_z, RoundTripText(mz), MS_m_z);
     precursor.isolationWindow.set(MS_isolation_window_lower_offset, RoundTripText(halfWidthDa), MS_m_z);
     precursor.isolationWindow.set(MS_isolation_window_upper_offset, RoundTripText(halfWidthDa), MS_m_z);
-    AddUserParam(precursor.isolationWindow, "precursor", role);
+    AddUserParam(precursor.isolationWindow, dataParameter::precursor, role);
     msdata::SelectedIon ion;
     ion.set(MS_selected_ion_m_z, RoundTripText(mz), MS_m_z);
     precursor.selectedIons.push_back(ion);

@@ -33,7 +33,7 @@ class Exploration : public ports::DataExploration {
     std::unique_ptr<ports::PeakList> ExplorePeakList(const std::string& dataFilePath, int sample,
                                                      const ports::SpectrumData& spectrum) override {
         RequireExperiment(sample, 0, 0);
-        const bool profile = files_->Open(dataFilePath)->profile;
+        const bool profile = files_->Open(dataFilePath)->kind.profile;
         return std::make_unique<SpectrumPeakList>(spectrum.GetXValues(), spectrum.GetYValues(), profile);
     }
 

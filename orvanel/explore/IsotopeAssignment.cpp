@@ -9,20 +9,34 @@ namespace orvanel {
 namespace {
 
 constexpr double isotopeSpacingDa = 1.0025;  // mean of averagine; 13C alone 1.00335, 37Cl - 35Cl 1.99705
-constexpr double spacingToleranceDa = 0.03;
-constexpr double toleranceWidths = 0.1;  // of the peak's width, on top
+// Isotopes of other elements lie off it: 34S 0.009 below at M+2, two 37Cl 0.016 below at M+4, 13C 0.0009 above at M+1.
+constexpr double toleranceAboveDa = 0.004;
+constexpr double toleranceBelowDa = 0.004;         // ... and so much for each isotope
+constexpr double toleranceWidths = 0.15;           // of the peak's width, on top
+constexpr double toleranceDeviations = 2;          // of the two centroids, on top
+constexpr double sigmaPerFwhm = 0.42466090014401;  // 1 / (2 sqrt(2 ln 2))
 constexpr int highestCharge = 4;
 constexpr int mostIsotopes = 12;
-constexpr double resolvedWidths = 1.1;         // isotopes closer than so many widths cannot be told apart
+constexpr double resolvedWidths = 0.9;  // isotopes closer than so many widths cannot be told apart
+constexpr double resolvedFully = 1.6;   // ... and closer than so many tell their places poorly
+constexpr double overlapShare = 0.5;
 constexpr double ratioOffset = 0.1;            // M+1 / M is at most so much ...
 constexpr double ratioSlopePerDa = 0.00065;    // ... and so much for each Da of mass
 constexpr double typicalSlopePerDa = 0.00054;  // averagine's own M+1 / M for each Da
+constexpr double leastOfTypical = 0.6;         // of that, where a charge above 1 is to be believed
 constexpr double halogenRatio = 1.1;           // M+2 / M with up to three chlorines or one bromine
 constexpr double significance = 3;
+constexpr double fewestIons = 8;       // that a peak has
+constexpr double mostHiddenIons = 25;  // that chance can keep from being seen: below 8 + 3 sqrt(25)
+
+/// The relative standard deviation of the ratio of two ion counts.
+double CountingDeviation(const Peak& a, const Peak& b) {
+    return std::sqrt(1 / a.ions + 1 / b.ions);
+}
 
 /// The chance that the ratio of two ion counts varies by, as a factor.
 double RatioTolerance(const Peak& a, const Peak& b) {
-    return 1 + significance * std::sqrt(1 / a.ions + 1 / b.ions);
+    return 1 + significance * CountingDeviation(a, b);
 }
 
 /// One envelope: the monoisotopic peak and its heavier isotopes, as positions in the peak list.
@@ -41,6 +55,7 @@ class Assignment {
     std::optional<std::size_t> FindIsotope(std::size_t mono, int number, int charge) const;
     Envelope EnvelopeAt(std::size_t mono, int charge) const;
     bool IsPlausible(const Envelope& envelope) const;
+    bool LooksDivided(const Envelope& envelope) const;
 
     std::vector<Peak>& peaks_;
     std::vector<bool> taken_;
@@ -49,15 +64,23 @@ class Assignment {
 /// @param number 1 for M+1, 2 for M+2, ...
 std::optional<std::size_t> Assignment::FindIsotope(std::size_t mono, int number, int charge) const {
     const double expected = peaks_[mono].mz + number * isotopeSpacingDa / charge;
-    const double tolerance = (spacingToleranceDa + 0.003 * number) / charge + toleranceWidths * peaks_[mono].widthDa;
+    const double below = toleranceBelowDa * (number + 1) / charge;
+    const double above = toleranceAboveDa / charge;
+    const double width = peaks_[mono].widthDa;
+    const double most = (toleranceWidths + toleranceDeviations * sigmaPerFwhm / std::sqrt(fewestIons)) * width;
+    // An isotope that melts into the one before is seen too high.
+    const double overlap = overlapShare * std::max(0.0, resolvedFully * width - isotopeSpacingDa / charge);
     std::optional<std::size_t> strongest;
     auto peak =
-        std::lower_bound(peaks_.begin() + static_cast<std::ptrdiff_t>(mono) + 1, peaks_.end(), expected - tolerance,
+        std::lower_bound(peaks_.begin() + static_cast<std::ptrdiff_t>(mono) + 1, peaks_.end(), expected - below - most,
                          [](const Peak& candidate, double value) { return candidate.mz < value; });
-    for (; peak != peaks_.end() && peak->mz <= expected + tolerance; ++peak) {
+    for (; peak != peaks_.end() && peak->mz <= expected + above + overlap + most; ++peak) {
         const auto index = static_cast<std::size_t>(peak - peaks_.begin());
-        if (taken_[index]) continue;
-        if (!strongest || peak->intensity > peaks_[*strongest].intensity) strongest = index;
+        const double measured =
+            (toleranceWidths + toleranceDeviations * sigmaPerFwhm * CountingDeviation(peaks_[mono], *peak)) * width;
+        if (taken_[index] || peak->mz < expected - below - measured || peak->mz > expected + above + overlap + measured)
+            continue;
+        if (!strongest || peak->area > peaks_[*strongest].area) strongest = index;
     }
     return strongest;
 }
@@ -71,14 +94,14 @@ Envelope Assignment::EnvelopeAt(std::size_t mono, int charge) const {
         const auto index = FindIsotope(mono, number, charge);
         if (!index) break;
         const Peak& isotope = peaks_[*index];
-        const double previous = peaks_[envelope.members.back()].intensity;
+        const double previous = peaks_[envelope.members.back()].area;
         double limit = nextRatio * previous;
-        if (number == 2) limit += halogenRatio * first.intensity;
+        if (number == 2) limit += halogenRatio * first.area;
         if (number > 2) {
-            const double pair = peaks_[envelope.members[2]].intensity / first.intensity;
-            limit += pair * peaks_[envelope.members[static_cast<std::size_t>(number) - 2]].intensity;
+            const double pair = peaks_[envelope.members[2]].area / first.area;
+            limit += pair * peaks_[envelope.members[static_cast<std::size_t>(number) - 2]].area;
         }
-        if (isotope.intensity > limit * RatioTolerance(first, isotope)) break;
+        if (isotope.area > limit * RatioTolerance(first, isotope)) break;
         envelope.members.push_back(*index);
     }
     return envelope;
@@ -88,20 +111,37 @@ Envelope Assignment::EnvelopeAt(std::size_t mono, int charge) const {
 /// dalton above another one is no isotope of it. The number of heavy isotopes follows Poisson's law; oxygen and sulfur
 /// add some M+2.
 bool Assignment::IsPlausible(const Envelope& envelope) const {
-    if (envelope.charge == 1) return envelope.members.size() > 1;
-    if (envelope.members.size() < 3) return false;
+    if (envelope.charge == 1) return envelope.members.size() > 1 && !LooksDivided(envelope);
     const Peak& first = peaks_[envelope.members[0]];
     const double mean = typicalSlopePerDa * first.mz * envelope.charge;
-    const double expected[] = {1, mean, mean * mean / 2 + 0.03, mean * mean * mean / 6 + 0.03 * mean};
-    for (std::size_t k = 1; k < std::min(envelope.members.size(), std::size(expected)); ++k) {
+    const double poisson[] = {1, mean, mean * mean / 2, mean * mean * mean / 6};
+    // What oxygen and sulfur add, which differs most between compounds at M+3.
+    const double added[] = {0, 0, 0.03, 0.03 * mean};
+    // Two will do where the third one is too small to be seen.
+    const bool thirdIsHidden = envelope.charge == 2 && poisson[2] * first.ions < mostHiddenIons;
+    if (envelope.members.size() < (thirdIsHidden ? 2 : 3)) return false;
+    for (std::size_t k = 1; k < std::min(envelope.members.size(), std::size(poisson)); ++k) {
         const Peak& isotope = peaks_[envelope.members[k]];
-        const double found = isotope.intensity / first.intensity;
+        const double found = isotope.area / first.area;
         const double tolerance = RatioTolerance(first, isotope);
-        // What oxygen and sulfur add differs most between compounds at M+3.
         const double most = k < 3 ? 1.5 : 1.9;
-        if (found > most * tolerance * expected[k] || found * tolerance < 0.6 * expected[k]) return false;
+        if (found > most * tolerance * (poisson[k] + added[k]) || found * tolerance < leastOfTypical * poisson[k])
+            return false;
     }
     return true;
+}
+
+/// Whether a singly charged reading leaves out something stronger on the way to an M+1 that is too weak for one: then
+/// the charge is likely to be higher, with isotopes that do not show it for certain.
+bool Assignment::LooksDivided(const Envelope& envelope) const {
+    const Peak& first = peaks_[envelope.members[0]];
+    const Peak& next = peaks_[envelope.members[1]];
+    if (next.area >= leastOfTypical * typicalSlopePerDa * first.mz * first.area) return false;
+    for (int charge = 2; charge <= highestCharge; ++charge) {
+        const auto between = FindIsotope(envelope.members[0], 1, charge);
+        if (between && peaks_[*between].area > next.area && peaks_[*between].area < first.area) return true;
+    }
+    return false;
 }
 
 void Assignment::Run() {

@@ -2,10 +2,14 @@
 
 #include <algorithm>
 
+#include "orvanel/explore/PeakFinder.h"
+
 namespace orvanel {
 namespace {
 
-constexpr double centroidToleranceDa = 0.05;
+// Lines of a centroid spectrum scatter from one spectrum to the next by a share of their width.
+constexpr double scatterWidths = 0.5;
+constexpr double smallestScatterDa = 0.01;
 constexpr double largestStepDa = 0.2;
 constexpr double shareOfStep = 0.95;  // below 1, so that neighbours on a shared grid stay apart
 
@@ -28,10 +32,12 @@ double StepAt(const std::vector<double>& mz, std::size_t i) {
 SpectrumPoints MeanSpectrum(const std::vector<const StoredSpectrum*>& spectra, bool profile) {
     if (spectra.size() == 1) return {spectra.front()->mz, spectra.front()->intensity};
     std::vector<SourcePoint> all;
-    for (std::size_t k = 0; k < spectra.size(); ++k)
+    for (std::size_t k = 0; k < spectra.size(); ++k) {
+        const double scatter = profile ? 0 : std::max(scatterWidths * LineWidthDa(spectra[k]->mz), smallestScatterDa);
         for (std::size_t i = 0; i < spectra[k]->mz.size(); ++i)
             all.push_back({spectra[k]->mz[i], spectra[k]->intensity[i],
-                           profile ? shareOfStep * StepAt(spectra[k]->mz, i) : centroidToleranceDa, k});
+                           profile ? shareOfStep * StepAt(spectra[k]->mz, i) : scatter, k});
+    }
     std::sort(all.begin(), all.end(), [](const SourcePoint& a, const SourcePoint& b) {
         return a.mz != b.mz ? a.mz < b.mz : a.spectrum < b.spectrum;
     });

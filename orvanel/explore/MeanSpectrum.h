@@ -13,7 +13,7 @@ struct SpectrumPoints {
 
 /// The mean of spectra, each with its points in order of m/z. A point that a spectrum does not have counts as zero.
 /// Points of different spectra become one at their mean m/z when they lie within one step of the grid (profile) or
-/// within 0.05 Da (centroid); no two points of the same spectrum do. Costs n log n in the number of points.
+/// within half a line's width (centroid); no two points of the same spectrum do. Costs n log n in the number of points.
 SpectrumPoints MeanSpectrum(const std::vector<const StoredSpectrum*>& spectra, bool profile);
 
 }  // namespace orvanel

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace orvanel {
 namespace {
@@ -13,8 +14,12 @@ constexpr double smoothingShare = 0.45;    // smoothing sigma as a share of the 
 constexpr double significance = 3;         // standard deviations by which a peak stands above its saddle
 constexpr double shareAboveSaddle = 0.15;  // of its height, at least
 constexpr double shareOfSample = 0.5;      // the same for a maximum that the width is measured on
-constexpr double reachWidths = 1.6;        // widths to each side that an area covers
-constexpr double centroidShare = 0.5;      // the centroid is taken above this share of the apex
+constexpr double upperLevel = 0.75;        // shares of the height between which a peak's lean is measured
+constexpr double lowerLevel = 0.3;
+// For a split Gaussian: (sqrt(-2 ln lower) - sqrt(-2 ln upper)) 2 / (2 sqrt(2 ln 2)).
+constexpr double leanPerSkew = 0.6738;
+constexpr double largestSkew = 0.3;
+constexpr double shareOfStrongest = 0.1;  // that such a maximum has at least
 constexpr double gapSteps = 1.6;
 constexpr std::size_t widthSamples = 15;
 
@@ -28,12 +33,11 @@ double Median(std::vector<double> values) {
 
 PeakDetection::PeakDetection(const std::vector<double>& mz, const std::vector<double>& intensity)
     : mz_(mz), intensity_(intensity), widthPoints_(assumedWidthPoints) {
-    for (const double value : intensity)
-        if (value > 0 && (ionQuantum_ == 0 || value < ionQuantum_)) ionQuantum_ = value;
     FindSegments();
+    EstimateIonQuantum();
     Smooth(firstSigmaPoints);
     maxima_ = FindMaxima();
-    EstimateWidth();
+    EstimateForm();
     Smooth(smoothingShare * widthPoints_ / fwhmPerSigma);
     maxima_ = FindMaxima();
 }
@@ -50,6 +54,38 @@ void PeakDetection::FindSegments() {
         if (steps[i] > gapSteps * usual) segmentEnds_.push_back(i + 1);
     }
     segmentEnds_.push_back(mz_.size());
+}
+
+/// What one ion adds to a point: the smallest intensity, for ions come in whole numbers. Where a filter has left far
+/// smaller values, what the roughness of the spectrum stands for, as the noise of counting: fourth differences, which
+/// smooth peaks hardly have, with the variance 70 times that of a point.
+void PeakDetection::EstimateIonQuantum() {
+    constexpr double fourthDifference[] = {1, -4, 6, -4, 1};
+    constexpr double varianceFactor = 70;
+    constexpr double medianOfSquare = 0.4549;  // of a standard normal variable's square
+    constexpr double wholeIons = 0.01;
+    constexpr double roughShare = 0.001;  // of the highest point, above which roughness is looked at
+    const double highest = *std::max_element(intensity_.begin(), intensity_.end());
+    for (const double value : intensity_)
+        if (value > 0 && (ionQuantum_ == 0 || value < ionQuantum_)) ionQuantum_ = value;
+    std::vector<double> estimates;
+    std::size_t begin = 0;
+    for (const std::size_t end : segmentEnds_) {
+        for (std::size_t i = begin; i + 5 <= end; ++i) {
+            double difference = 0;
+            double sum = 0;
+            for (std::size_t k = 0; k < 5; ++k) {
+                difference += fourthDifference[k] * intensity_[i + k];
+                sum += intensity_[i + k];
+            }
+            if (sum > 5 * roughShare * highest)
+                estimates.push_back(5 * difference * difference / (varianceFactor * sum));
+        }
+        begin = end;
+    }
+    if (estimates.empty()) return;
+    const double roughness = Median(std::move(estimates)) / medianOfSquare;
+    if (ionQuantum_ < wholeIons * roughness) ionQuantum_ = roughness;
 }
 
 void PeakDetection::Smooth(double sigmaPoints) {
@@ -121,29 +157,29 @@ std::vector<PeakDetection::Maximum> PeakDetection::FindMaxima() const {
     return found;
 }
 
-/// Width of one maximum in points, 0 when it does not fall to its half on both sides before it rises again.
-double PeakDetection::WidthAt(std::size_t index) const {
-    const double half = smooth_[index] / 2;
+/// Where one maximum falls to a share of its height on both sides, in points from it; 0 to 0 when it does not on one of
+/// them.
+PeakDetection::Sides PeakDetection::SidesAt(std::size_t index, double share) const {
+    const double level = share * smooth_[index];
     const auto crossing = [&](int direction) -> double {
         std::size_t i = index;
-        while (smooth_[i] > half) {
+        while (smooth_[i] > level) {
             const bool atEnd = direction < 0 ? i == 0 : i + 1 == smooth_.size();
             if (atEnd) return 0;
             const std::size_t next = direction < 0 ? i - 1 : i + 1;
             if (std::abs(mz_[next] - mz_[i]) > gapSteps * 2 * stepDa_) return 0;
-            if (smooth_[next] <= half)
+            if (smooth_[next] <= level)
                 return std::abs(static_cast<double>(i) - static_cast<double>(index)) +
-                       (smooth_[i] - half) / (smooth_[i] - smooth_[next]);
+                       (smooth_[i] - level) / (smooth_[i] - smooth_[next]);
             i = next;
         }
         return 0;
     };
-    const double left = crossing(-1);
-    const double right = crossing(1);
-    return left > 0 && right > 0 ? left + right : 0;
+    const Sides sides{crossing(-1), crossing(1)};
+    return sides.left > 0 && sides.right > 0 ? sides : Sides{};
 }
 
-void PeakDetection::EstimateWidth() {
+void PeakDetection::EstimateForm() {
     std::vector<Maximum> strong;
     for (const Maximum& maximum : maxima_)
         if (maximum.saddle < (1 - shareOfSample) * smooth_[maximum.index] && smooth_[maximum.index] > 10 * ionQuantum_)
@@ -151,13 +187,30 @@ void PeakDetection::EstimateWidth() {
     const std::size_t count = std::min(widthSamples, strong.size());
     std::partial_sort(strong.begin(), strong.begin() + static_cast<std::ptrdiff_t>(count), strong.end(),
                       [&](const Maximum& a, const Maximum& b) { return smooth_[a.index] > smooth_[b.index]; });
-    std::vector<double> widths;
-    for (std::size_t i = 0; i < count; ++i)
-        if (const double width = WidthAt(strong[i].index); width > 0) widths.push_back(width);
-    if (widths.empty()) return;
-    const double smoothed = Median(widths);
-    const double smoothing = fwhmPerSigma * firstSigmaPoints;
-    widthPoints_ = std::clamp(std::sqrt(std::max(smoothed * smoothed - smoothing * smoothing, 1.0)), 2.0, 60.0);
+    std::vector<std::pair<double, double>> samples;  // width, lean
+    for (std::size_t i = 0; i < count; ++i) {
+        const Sides half = SidesAt(strong[i].index, 0.5);
+        const Sides upper = SidesAt(strong[i].index, upperLevel);
+        const Sides lower = SidesAt(strong[i].index, lowerLevel);
+        const double width = half.left + half.right;
+        if (smooth_[strong[i].index] < shareOfStrongest * smooth_[strong.front().index]) break;
+        if (width > 0) samples.emplace_back(width, ((lower.right - lower.left) - (upper.right - upper.left)) / width);
+    }
+    double lean = 0;
+    if (!samples.empty()) {
+        // Overlap only widens: the narrower half of the samples shows the peaks as they are.
+        std::sort(samples.begin(), samples.end());
+        samples.resize((samples.size() + 1) / 2);
+        const double smoothed = samples[samples.size() / 2].first;
+        std::vector<double> leans;
+        for (const auto& sample : samples)
+            leans.push_back(sample.second);
+        lean = std::clamp(Median(leans) / leanPerSkew, -largestSkew, largestSkew);
+        const double smoothing = fwhmPerSigma * firstSigmaPoints;
+        widthPoints_ = std::clamp(std::sqrt(std::max(smoothed * smoothed - smoothing * smoothing, 1.0)), 2.0, 60.0);
+    }
+    const double sigma = widthPoints_ / fwhmPerSigma;
+    form_ = {sigma * (1 - lean), sigma * (1 + lean)};
 }
 
 double PeakDetection::IonHeight() const {
@@ -186,61 +239,52 @@ double PeakDetection::StepAt(std::size_t index) const {
     return step;
 }
 
-Peak PeakDetection::MakePeak(std::size_t apex, std::size_t first, std::size_t last) const {
-    Peak peak;
-    peak.intensity = smooth_[apex];
-    peak.widthDa = widthPoints_ * StepAt(apex);
-    const double reachDa = reachWidths * peak.widthDa;
-    while (mz_[apex] - mz_[first] > reachDa)
-        ++first;
-    while (mz_[last] - mz_[apex] > reachDa)
-        --last;
-    double sum = 0;
-    for (std::size_t i = first; i <= last; ++i) {
-        // A point on the valley between two peaks belongs to each of them by half.
-        const double share = (i == first || i == last) && i != apex ? 0.5 : 1;
-        sum += share * intensity_[i];
-        peak.area += share * intensity_[i] * StepAt(i);
-    }
-    peak.ions = ionQuantum_ > 0 ? sum / ionQuantum_ : 0;
+/// The smoothed height at a peak's own maximum, which lies beside its centre of mass.
+double PeakDetection::HeightNear(std::size_t index) const {
+    const std::size_t first = index > 0 ? index - 1 : index;
+    const std::size_t last = std::min(index + 1, smooth_.size() - 1);
+    return *std::max_element(smooth_.begin() + static_cast<std::ptrdiff_t>(first),
+                             smooth_.begin() + static_cast<std::ptrdiff_t>(last) + 1);
+}
 
-    const double base = centroidShare * smooth_[apex];
-    std::size_t low = apex;
-    std::size_t high = apex;
-    while (low > first && smooth_[low - 1] > base)
-        --low;
-    while (high < last && smooth_[high + 1] > base)
-        ++high;
-    double weight = 0;
-    double moment = 0;
-    for (std::size_t i = low; i <= high; ++i) {
-        weight += smooth_[i] - base;
-        moment += (smooth_[i] - base) * (mz_[i] - mz_[apex]);
-    }
-    peak.mz = mz_[apex] + moment / weight;
+Peak PeakDetection::MakePeak(const PeakFit& fit, const FittedPeak& fitted, std::size_t begin) const {
+    const double place = static_cast<double>(begin) + fitted.position;
+    const auto below = std::min(static_cast<std::size_t>(std::max(place, 0.0)), mz_.size() - 1);
+    const std::size_t apex = std::min(static_cast<std::size_t>(std::max(std::lround(place), 0L)), mz_.size() - 1);
+    Peak peak;
+    const double step = StepAt(apex);
+    peak.mz = mz_[below] + (place - static_cast<double>(below)) * step;
+    peak.intensity = HeightNear(apex) * fit.ShareAt(fitted, apex - begin);
+    peak.widthDa = widthPoints_ * step;
+    peak.area = fitted.sum * step;
+    peak.ions = ionQuantum_ > 0 ? fitted.sum / ionQuantum_ : 0;
     return peak;
 }
 
-std::vector<Peak> PeakDetection::Peaks() const {
-    std::vector<std::size_t> kept;
-    for (const Maximum& maximum : maxima_) {
-        const double height = smooth_[maximum.index];
-        const double deviation = std::sqrt(ionQuantum_ * kernelEnergy_ * (height + maximum.saddle));
+/// The significant maxima of a stretch, in points from its first one.
+std::vector<double> PeakDetection::PositionsWithin(std::size_t begin, std::size_t end) const {
+    std::vector<double> positions;
+    auto maximum = std::lower_bound(maxima_.begin(), maxima_.end(), begin,
+                                    [](const Maximum& one, std::size_t index) { return one.index < index; });
+    for (; maximum != maxima_.end() && maximum->index < end; ++maximum) {
+        const double height = smooth_[maximum->index];
+        const double deviation = std::sqrt(ionQuantum_ * kernelEnergy_ * (height + maximum->saddle));
         const double needed = std::max(significance * deviation, shareAboveSaddle * height);
-        if (height - maximum.saddle > needed) kept.push_back(maximum.index);
+        if (height - maximum->saddle > needed) positions.push_back(static_cast<double>(maximum->index - begin));
     }
-    // The lowest point between two neighbours is where one ends and the other begins.
+    return positions;
+}
+
+std::vector<Peak> PeakDetection::Peaks() const {
     std::vector<Peak> peaks;
-    std::size_t first = 0;
-    for (std::size_t k = 0; k < kept.size(); ++k) {
-        std::size_t last = mz_.size() - 1;
-        if (k + 1 < kept.size()) {
-            const auto begin = smooth_.begin() + static_cast<std::ptrdiff_t>(kept[k]);
-            const auto end = smooth_.begin() + static_cast<std::ptrdiff_t>(kept[k + 1]);
-            last = static_cast<std::size_t>(std::min_element(begin, end) - smooth_.begin());
-        }
-        peaks.push_back(MakePeak(kept[k], first, last));
-        first = last;
+    std::size_t begin = 0;
+    for (const std::size_t end : segmentEnds_) {
+        const auto positions = PositionsWithin(begin, end);
+        PeakFit fit(intensity_.data() + begin, intensity_.data() + end, form_, ionQuantum_);
+        if (!positions.empty())
+            for (const FittedPeak& fitted : fit.Run(positions))
+                peaks.push_back(MakePeak(fit, fitted, begin));
+        begin = end;
     }
     return peaks;
 }

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "orvanel/explore/PeakFinder.h"
+#include "orvanel/explore/PeakFit.h"
 #include "orvanel/explore/SpectrumNoise.h"
 
 namespace orvanel {
@@ -30,12 +31,19 @@ class PeakDetection {
     };
 
     void FindSegments();
+    void EstimateIonQuantum();
     void Smooth(double sigmaPoints);
     std::vector<Maximum> FindMaxima() const;
-    void EstimateWidth();
-    double WidthAt(std::size_t index) const;
+    struct Sides {
+        double left = 0;
+        double right = 0;
+    };
+    Sides SidesAt(std::size_t index, double share) const;
+    void EstimateForm();
+    double HeightNear(std::size_t index) const;
     double StepAt(std::size_t index) const;
-    Peak MakePeak(std::size_t apex, std::size_t first, std::size_t last) const;
+    std::vector<double> PositionsWithin(std::size_t begin, std::size_t end) const;
+    Peak MakePeak(const PeakFit& fit, const FittedPeak& fitted, std::size_t begin) const;
 
     const std::vector<double>& mz_;
     const std::vector<double>& intensity_;
@@ -45,6 +53,7 @@ class PeakDetection {
     double ionQuantum_ = 0;  ///< cps that one ion adds to one point
     double stepDa_ = 0;
     double widthPoints_ = 0;
+    PeakForm form_;
     double kernelEnergy_ = 0;  ///< sum of the squared weights of the smoothing
 };
 

@@ -55,7 +55,7 @@ void Spectrum::ExploreLoadSpectrumByTime(int sample, int period, int experiment,
         throw ports::HostError(exploreNoSuchCycle, "There is no spectrum between " +
                                                        support::GeneralText(startSeconds) + " s and " +
                                                        support::GeneralText(stopSeconds) + " s");
-    Load(chosen, content->profile);
+    Load(chosen, content->kind.profile);
 }
 
 void Spectrum::ExploreLoadSpectrumByCycle(int sample, int firstCycle, int lastCycle) {
@@ -70,7 +70,7 @@ void Spectrum::ExploreLoadSpectrumByCycle(int sample, int firstCycle, int lastCy
                                "The data file holds cycles " + std::to_string(content->spectra.front().cycle) + " to " +
                                    std::to_string(content->spectra.back().cycle) + "; asked for were cycles " +
                                    std::to_string(firstCycle) + " to " + std::to_string(lastCycle));
-    Load(chosen, content->profile);
+    Load(chosen, content->kind.profile);
 }
 
 }  // namespace orvanel

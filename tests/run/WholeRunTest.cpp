@@ -122,7 +122,7 @@ TEST(WholeRun, EndsWithAHostThatFails) {
           Case{"method-not-saved",
                "HostSaveMethodAs",
                2,
-               {{"Acquire: Error during saving of " + methods + "Q1MI_RampDP_609.297.xmt" + why,
+               {{"Acquire: Error during saving of " + methods + "Q1MI_RampDP_609.301.xmt" + why,
                  MessageIcon::Critical}}},
           Case{"batch-not-submitted",
                "TolmSubmitBatch",

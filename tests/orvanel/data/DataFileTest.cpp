@@ -51,9 +51,13 @@ TEST(DataFile, SpectraComeBackAsWritten) {
         orvanel::WriteDataFile(path, data);
         const DataFileContent content = orvanel::ReadDataFile(path);
 
-        EXPECT_EQ(content.msLevel, expected.msLevel);
-        EXPECT_TRUE(content.profile);
-        EXPECT_EQ(content.polarity, 1);
+        EXPECT_EQ(content.kind.msLevel, expected.msLevel);
+        EXPECT_TRUE(content.kind.profile);
+        EXPECT_EQ(content.kind.polarity, 1);
+        EXPECT_EQ(content.experiments.size(), 1U);
+        const std::vector<double> precursors = {609.28, 397.21};
+        EXPECT_EQ(content.kind.precursors, std::vector(precursors.begin(), precursors.begin() + expected.msLevel - 1));
+        EXPECT_EQ(content.kind.highMz, 101);
         EXPECT_EQ(content.rampParameter, "AF2");
         ASSERT_EQ(content.spectra.size(), data.cycles.size());
         for (std::size_t i = 0; i < data.cycles.size(); ++i) {
@@ -196,8 +200,16 @@ TEST(DataReader, TakesTheExperimentOfTheFirstSpectrumFromAForeignFile) {
     const TempFolder folder;
     support::WriteWholeFile(folder.File("F.mzML"), text);
     const auto content = orvanel::ReadDataFile(folder.File("F.mzML"));
-    EXPECT_EQ(content.msLevel, 2);
-    EXPECT_FALSE(content.profile);
+    EXPECT_EQ(content.id, "\xE5\x85\xAD");
+    ASSERT_EQ(content.experiments.size(), 3u);
+    EXPECT_EQ(content.experiments[0].spectra, 2u);
+    const auto third = orvanel::ReadDataFile(folder.File("F.mzML"), 2);
+    EXPECT_TRUE(third.kind.profile);
+    ASSERT_EQ(third.spectra.size(), 1u);
+    EXPECT_EQ(third.spectra[0].id, "scan=3");
+    EXPECT_THROW(orvanel::ReadDataFile(folder.File("F.mzML"), 3), ports::HostError);
+    EXPECT_EQ(content.kind.msLevel, 2);
+    EXPECT_FALSE(content.kind.profile);
     ASSERT_EQ(content.spectra.size(), 2u);
     EXPECT_EQ(content.spectra[1].cycle, 2);
     EXPECT_EQ(content.spectra[0].timeMinutes, 1.5);
@@ -216,6 +228,38 @@ TEST(DataReader, TakesTheExperimentOfTheFirstSpectrumFromAForeignFile) {
     support::WriteWholeFile(folder.File("G.mzML"), notFinite);
     EXPECT_THAT(FailureOf(folder.File("G.mzML")),
                 HasSubstr("spectrum 1: the intensity array holds a value that is no finite number"));
+}
+
+TEST(DataReader, TellsExperimentsApartByPrecursorsAndScanWindow) {
+    const auto spectrum = [](const std::string& precursors, const std::string& lowMz) {
+        const auto term = [](const char* accession, const char* name, const std::string& value) {
+            return "<cvParam cvRef=\"MS\" accession=\"MS:" + std::string(accession) + "\" name=\"" + name +
+                   "\" value=\"" + value + "\"/>";
+        };
+        auto text = ForeignSpectrum(
+            "scan=1", 3, "centroid",
+            "<scanWindowList count=\"1\"><scanWindow>" + term("1000501", "scan window lower limit", lowMz) +
+                term("1000500", "scan window upper limit", "500") + "</scanWindow></scanWindowList>",
+            "");
+        std::string list;
+        for (std::size_t at = 0; at < precursors.size(); at += 4)
+            list += "<precursor><isolationWindow>" +
+                    term("1000827", "isolation window target m/z", precursors.substr(at, 4)) +
+                    "</isolationWindow></precursor>";
+        text.insert(text.find("</scanList>") + 11, "<precursorList count=\"2\">" + list + "</precursorList>");
+        return text;
+    };
+    const TempFolder folder;
+    // The isolation that comes last stands first, as it usually does.
+    support::WriteWholeFile(folder.File("F.mzML"), "<mzML><run><spectrumList count=\"4\">" +
+                                                       spectrum("191.343.", "50") + spectrum("191.343.", "100") +
+                                                       spectrum("169.343.", "50") + spectrum("191.343.", "50.3") +
+                                                       "</spectrumList></run></mzML>");
+    const auto content = orvanel::ReadDataFile(folder.File("F.mzML"));
+    ASSERT_EQ(content.experiments.size(), 3u);
+    EXPECT_EQ(content.experiments[0].spectra, 2u);
+    EXPECT_THAT(content.kind.precursors, ElementsAre(343, 191));
+    EXPECT_THAT(content.experiments[2].kind.precursors, ElementsAre(343, 169));
 }
 
 TEST(DataFileCache, ReadsAFileOnceUntilItChanges) {

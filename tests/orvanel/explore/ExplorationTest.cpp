@@ -7,6 +7,7 @@
 #include <functional>
 
 #include "orvanel/data/DataFile.h"
+#include "orvanel/explore/MeanSpectrum.h"
 #include "ports/HostError.h"
 #include "tests/orvanel/data/SampleData.h"
 #include "tests/support_files/TempFolder.h"
@@ -131,6 +132,22 @@ TEST_F(ExplorationTest, AMeanTakesMissingPointsAsZeroAndJoinsForeignGrids) {
     shifted->ExploreLoadSpectrumByTime(1, 0, 0, 0, 100);
     EXPECT_THAT(shifted->GetXValues(), ElementsAre(99.55, 99.8, 100.05, 100.25, 100.5));
     EXPECT_THAT(shifted->GetYValues(), ElementsAre(1.5, 8, 14.5, 5, 0));
+}
+
+TEST_F(ExplorationTest, AMeanJoinsLinesThatScatterLessThanTheyAreWide) {
+    for (const double distanceDa : {1.0, 0.1}) {
+        orvanel::StoredSpectrum first;
+        for (int k = 0; k < 60; ++k)
+            first.mz.push_back(400 + distanceDa * k);
+        first.intensity.assign(first.mz.size(), 1.0);
+        auto second = first;
+        for (double& mz : second.mz)
+            mz += 0.12 * distanceDa;
+        EXPECT_EQ(orvanel::MeanSpectrum({&first, &second}, false).mz.size(), 60U) << distanceDa;
+        for (double& mz : second.mz)
+            mz += 0.38 * distanceDa;
+        EXPECT_GT(orvanel::MeanSpectrum({&first, &second}, false).mz.size(), 100U) << distanceDa;
+    }
 }
 
 TEST_F(ExplorationTest, EveryWrongCallIsRefusedWithItsReason) {

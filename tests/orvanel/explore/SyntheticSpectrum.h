@@ -63,10 +63,13 @@ class SyntheticSpectrum {
             Add({k * 1.0005, medianIons * std::exp(spread * random.Normal() - k / 500)});
     }
     /// Counts ions; every ion adds cpsPerIon to its point. Inner zeros are dropped as an acquisition drops them.
-    void Count(TestRandom& random, double cpsPerIon, double darkIonsPerPoint = 0) {
+    /// @param saturationIons above 0: of so many ions a point the detector shows half (dead time, not paralysed)
+    void Count(TestRandom& random, double cpsPerIon, double darkIonsPerPoint = 0, double saturationIons = 0) {
         std::vector<double> counted;
-        for (const double mean : expected_)
-            counted.push_back(cpsPerIon * random.Poisson(mean + darkIonsPerPoint));
+        for (const double mean : expected_) {
+            const double ions = random.Poisson(mean + darkIonsPerPoint);
+            counted.push_back(cpsPerIon * (saturationIons > 0 ? std::round(ions / (1 + ions / saturationIons)) : ions));
+        }
         std::vector<double> keptMz;
         for (std::size_t i = 0; i < counted.size(); ++i) {
             const bool inner = i > 0 && i + 1 < counted.size();

@@ -1,0 +1,140 @@
+#include <algorithm>
+#include <exception>
+#include <ostream>
+#include <stdexcept>
+
+#include "cli/ExploreFindings.h"
+#include "cli/JsonWriter.h"
+#include "host/ExploreRules.h"
+#include "model/clsInfo_Settings.h"
+#include "orvanel/explore/Exploration.h"
+#include "orvanel/explore/MeanSpectrum.h"
+#include "orvanel/explore/SpectrumPeakList.h"
+#include "scans/clsScan1_ER.h"
+#include "scans/clsScan3_EPI.h"
+#include "scans/clsScan5_MS3.h"
+
+namespace cli {
+namespace {
+
+using veltra::clsScan5_MS3;
+
+void Smooth(ports::DataExploration& exploration, ports::ChromatogramData& chromatogram) {
+    const auto smoothing = exploration.CreateSmoothingProcessor();
+    for (int pass = 0; pass < clsScan5_MS3::smoothes; ++pass)
+        smoothing->ExploreSmooth(chromatogram, {});
+}
+
+std::vector<TraceApex> FindApexes(const orvanel::DataFileContent& content) {
+    const auto exploration = orvanel::CreateDataExploration();
+    const auto chromatogram = exploration->CreateChromatogramData();
+    std::vector<TraceApex> apexes;
+    const auto add = [&](const orvanel::StoredTrace& trace) {
+        chromatogram->SetXValues(trace.X());
+        chromatogram->SetYValues(trace.intensity);
+        Smooth(*exploration, *chromatogram);
+        apexes.push_back({&trace, veltra::XOfMaximum(*chromatogram), chromatogram->GetYValueRange().maximum});
+    };
+    for (const auto& trace : content.traces)
+        add(trace);
+    if (content.traces.empty() && content.total) add(*content.total);
+    return apexes;
+}
+
+/// An MS3 ramp is judged at the cycle that leaves little of the precursor, as the MS3 stage does.
+std::optional<double> RampValueOfMs3(const ExploreOptions& options, const orvanel::DataFileContent& content) {
+    if (content.kind.msLevel != 3 || content.rampParameter.empty() || content.kind.precursors.empty()) return {};
+    const auto exploration = orvanel::CreateDataExploration();
+    const auto chromatogram = exploration->CreateChromatogramData();
+    const double precursor = content.kind.precursors.back();
+    chromatogram->ExploreSetDataFile(options.path);
+    chromatogram->ExploreLoadXIC(1, 0, 0, precursor, precursor + clsScan5_MS3::remainderWindowDa);
+    Smooth(*exploration, *chromatogram);
+    return veltra::XAtPercentOfMaximum(*chromatogram, clsScan5_MS3::remainingPercent);
+}
+
+std::vector<const orvanel::StoredSpectrum*> ChooseSpectra(const ExploreOptions& options,
+                                                          const orvanel::DataFileContent& content) {
+    std::optional<double> rampValue;
+    if (!options.cycle && options.experiment == 1) rampValue = RampValueOfMs3(options, content);
+    std::vector<const orvanel::StoredSpectrum*> chosen;
+    for (const auto& spectrum : content.spectra)
+        if (options.cycle ? spectrum.cycle == *options.cycle : !rampValue || spectrum.rampValue == rampValue)
+            chosen.push_back(&spectrum);
+    if (chosen.empty())
+        throw std::runtime_error("The data file \"" + options.path + "\" holds cycles " +
+                                 std::to_string(content.spectra.front().cycle) + " to " +
+                                 std::to_string(content.spectra.back().cycle) +
+                                 " of this experiment; there is no cycle " + std::to_string(options.cycle.value_or(0)));
+    return chosen;
+}
+
+/// The strongest monoisotopic peaks away from the precursor, as the EPI and the MS3 stage take them.
+void TakeTopPeaks(const ExploreOptions& options, ExploreFindings& findings) {
+    const auto& kind = findings.content.kind;
+    const bool isMs3 = kind.msLevel > 2;
+    if (kind.msLevel > 1) {
+        findings.excludedMz = options.mz;
+        if (!options.mz && !kind.precursors.empty()) findings.excludedMz = kind.precursors.back();
+    }
+    findings.excludedToleranceDa =
+        isMs3 ? clsScan5_MS3::exclusionToleranceDa : veltra::clsScan3_EPI::exclusionToleranceDa;
+    const int usual = isMs3 ? clsScan5_MS3::peaksWanted : veltra::clsInfo_Settings("").Advanced_EPINum2ndPrec;
+    const int percentLimit = isMs3 && findings.excludedMz ? clsScan5_MS3::parentAreaPercentLimit : -1;
+    bool belowThreshold = true;
+    const auto top = veltra::TopMonoisotopicPeaks(
+        *findings.peaks, static_cast<std::int16_t>(options.top.value_or(usual)), findings.excludedMz.value_or(-1),
+        findings.excludedToleranceDa, static_cast<std::int16_t>(percentLimit), belowThreshold);
+    findings.precursorRemains = !belowThreshold;
+    for (const auto& peak : top)
+        findings.shown.push_back(findings.peaks->ExploreFindNearest(peak->CentroidMass, 0));
+}
+
+void FindPeaks(const ExploreOptions& options, ExploreFindings& findings) {
+    const auto& kind = findings.content.kind;
+    findings.used = ChooseSpectra(options, findings.content);
+    const auto mean = orvanel::MeanSpectrum(findings.used, kind.profile);
+    findings.peaks = std::make_unique<orvanel::SpectrumPeakList>(mean.mz, mean.intensity, kind.profile);
+    if (kind.msLevel == 1 && options.mz) {
+        findings.wantedMz = options.mz;
+        findings.parent =
+            veltra::HighestMonoisotopicPeak(*findings.peaks, *options.mz, veltra::clsScan1_ER::parentToleranceDa);
+    }
+    if (options.top || (options.mz && kind.msLevel > 1)) {
+        TakeTopPeaks(options, findings);
+        return;
+    }
+    for (int peak = 1; peak <= findings.peaks->ExplorePeakCount(); ++peak)
+        findings.shown.push_back(peak);
+    const auto intensity = [&](int peak) {
+        return findings.peaks->ExplorePeakCentroid(peak, ports::PeakList::centroidIntensity);
+    };
+    std::stable_sort(findings.shown.begin(), findings.shown.end(),
+                     [&](int a, int b) { return intensity(a) > intensity(b); });
+}
+
+}  // namespace
+
+ExploreFindings Explore(const ExploreOptions& options) {
+    ExploreFindings findings;
+    findings.content = orvanel::ReadDataFile(options.path, static_cast<std::size_t>(options.experiment - 1));
+    if (options.listsExperiments) return findings;
+    if (!findings.content.spectra.empty()) FindPeaks(options, findings);
+    findings.traces = FindApexes(findings.content);
+    if (!findings.peaks && findings.traces.empty())
+        throw std::runtime_error("The data file \"" + options.path + "\" holds neither mass spectra nor chromatograms");
+    return findings;
+}
+
+ExitStatus ExploreFile(const ExploreOptions& options, const TerminalStreams& streams) {
+    try {
+        const ExploreFindings findings = Explore(options);
+        (options.json ? PrintFindingsAsJson : PrintFindings)(findings, options, streams.out);
+        return completed;
+    } catch (const std::exception& error) {
+        streams.err << "veltra-run: " << CleanText(error.what()) << '\n';
+        return abortedOrFailed;
+    }
+}
+
+}  // namespace cli

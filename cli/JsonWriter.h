@@ -1,0 +1,35 @@
+#pragma once
+
+#include <iosfwd>
+#include <string>
+#include <string_view>
+
+namespace cli {
+
+/// A text without what a terminal or a reader of UTF-8 would trip over: control characters and bytes that are not UTF-8
+/// become the replacement character U+FFFD.
+std::string CleanText(std::string_view text);
+
+/// Writes one JSON value (RFC 8259) as it is told it, in one line. Texts are cleaned.
+class JsonWriter {
+  public:
+    explicit JsonWriter(std::ostream& out) : out_(out) {}
+
+    /// @param bracket '{' or '['
+    JsonWriter& Open(char bracket);
+    JsonWriter& Close(char bracket);
+    JsonWriter& Key(std::string_view name);
+    JsonWriter& Text(std::string_view text);
+    /// What is no finite number becomes null.
+    JsonWriter& Number(double value);
+    JsonWriter& Truth(bool value);
+    JsonWriter& Null();
+
+  private:
+    std::ostream& Next();
+
+    std::ostream& out_;
+    bool needsComma_ = false;
+};
+
+}  // namespace cli

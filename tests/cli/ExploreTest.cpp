@@ -1,0 +1,146 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <sstream>
+
+#include "cli/Commands.h"
+#include "cli/JsonWriter.h"
+#include "orvanel/data/DataFile.h"
+#include "support/Files.h"
+#include "tests/orvanel/data/SampleData.h"
+#include "tests/support_files/TempFolder.h"
+
+namespace {
+
+using testing::HasSubstr;
+
+struct Explored {
+    int status = -1;
+    std::string out;
+    std::string err;
+};
+
+Explored Explore(const std::string& path, const std::vector<const char*>& options) {
+    std::vector<const char*> argv{"veltra-run", "--explore", path.c_str()};
+    argv.insert(argv.end(), options.begin(), options.end());
+    std::ostringstream out;
+    std::ostringstream err;
+    std::istringstream in;
+    const int status = cli::RunCommandLine(static_cast<int>(argv.size()), argv.data(), {out, err, in});
+    return {status, out.str(), err.str()};
+}
+
+/// Gaussian peaks of m/z and height, on points 0.05 Da apart.
+void SetPeaks(orvanel::CycleRecord& cycle, const std::vector<std::pair<double, double>>& peaks) {
+    cycle.mz.clear();
+    cycle.intensity.clear();
+    for (const auto& [mz, height] : peaks)
+        for (int k = -8; k <= 8; ++k) {
+            cycle.mz.push_back(mz + 0.05 * k);
+            cycle.intensity.push_back(std::round(height * std::exp(-0.5 * std::pow(k / 2.0, 2))));
+        }
+}
+
+class ExploreTest : public testing::Test {
+  protected:
+    std::string Write(const orvanel::AcquiredData& data) {
+        const std::string path = folder_.File("\xC3\x84ther.vesk");
+        orvanel::WriteDataFile(path, data);
+        return path;
+    }
+    TempFolder folder_;
+};
+
+TEST_F(ExploreTest, FindsTheParentAsErDoesAndListsThePeaks) {
+    auto data = SampleScan(2);
+    data.experiment.polarity = 1;
+    SetPeaks(data.cycles[0], {{500.1, 9000}, {501.1, 2700}, {504.2, 20000}});
+    SetPeaks(data.cycles[1], {{500.1, 9000}, {501.1, 2700}, {504.2, 20000}});
+    const std::string path = Write(data);
+    EXPECT_EQ(Explore(path, {"--mz", "500.9"}).out, "File:        " + path +
+                                                        "\n"
+                                                        "Document:    Start.xmt\n"
+                                                        "Experiment:  1 of 1: MS1, negative, profile, 99 to 101 Da\n"
+                                                        "Spectra:     mean of 2, cycles 1 to 2, 0.0333 to 0.0667 min\n"
+                                                        "Parent:      500.1, looked for at 500.9 Da\n"
+                                                        "Peaks:       3, shown 3\n\n"
+                                                        "        m/z   intensity        area  charge\n"
+                                                        "   504.2000    1.82E+04    5.02E+03       -  monoisotopic\n"
+                                                        "   500.1000    8.20E+03    2.26E+03       1  monoisotopic\n"
+                                                        "   501.1000    2.46E+03    6.77E+02       1  isotope\n");
+    const Explored json = Explore(path, {"--mz", "510", "--cycle", "2", "--top", "1", "--json"});
+    EXPECT_EQ(json.status, cli::completed);
+    EXPECT_THAT(json.out, HasSubstr("{\"file\": \"" + path + "\", \"document\": \"Start.xmt\", "));
+    EXPECT_THAT(json.out, HasSubstr("\"spectra\": [{\"cycle\": 2, \"id\": \"scan=2\", "));
+    EXPECT_THAT(json.out, HasSubstr("\"parent\": null, \"precursorRemains\": false, \"peakCount\": 3, "
+                                    "\"peaks\": [{\"mz\": 504.2"));
+    EXPECT_THAT(json.out, HasSubstr("\"charge\": 0, \"monoisotopic\": true}], \"chromatograms\": "));
+}
+
+TEST_F(ExploreTest, TakesFragmentsOfAnMs3RampWhereLittleOfThePrecursorIsLeft) {
+    auto data = SampleRamp(13, "AF2", 0, 5, 11);
+    for (auto& cycle : data.cycles) {
+        const double left = cycle.cycle < 8 ? 20000 : 400;
+        SetPeaks(cycle, {{152.07, 20000.0 * cycle.cycle}, {180.1, 9000}, {397.21, left}, {400.1, 9000}});
+    }
+    const std::string path = Write(data);
+    const Explored found = Explore(path, {"--top", "2"});
+    EXPECT_THAT(found.out, HasSubstr("MS3 of 609.28 > 397.21, positive, profile"));
+    EXPECT_THAT(found.out, HasSubstr("Spectra:     cycle 9, scan=9, at 0.3 min, AF2 40\nLeft out:    5 Da around "
+                                     "397.21\nPeaks:       4, shown 2\n"));
+    EXPECT_THAT(found.out, HasSubstr("\n   152.0700 "));
+    EXPECT_THAT(found.out, HasSubstr("\n   180.1000 "));
+    EXPECT_THAT(Explore(path, {"--top", "2", "--cycle", "1"}).out, HasSubstr("too much of the precursor is left"));
+}
+
+TEST_F(ExploreTest, ListsTransitionsWithTheirApexAndExperiments) {
+    auto data = SampleTraces(4, 5);
+    data.traces[1].intensity = {0, 40, 400, 40, 0};
+    data.traces[2].intensity.assign(5, 0);
+    const std::string path = Write(data);
+    EXPECT_THAT(Explore(path, {}).out, HasSubstr("     609.28      201.5       5         10         18         14    "
+                                                 "1.70E+02  "));
+    EXPECT_THAT(Explore(path, {"--json"}).out, HasSubstr("\"q3\": 202.5, \"points\": 5, \"apex\": null}]}"));
+    EXPECT_THAT(Explore(Write(SampleScan(1)), {"--list-experiments"}).out,
+                HasSubstr("\nExperiment 1: MS1, positive, profile, 99 to 101 Da, 1 spectrum\n"));
+}
+
+TEST_F(ExploreTest, RefusesWithFileAndReason) {
+    const std::string path = Write(SampleScan(3));
+    const std::string text = folder_.File("a.txt");
+    const std::string empty = folder_.File("e.mzML");
+    support::WriteWholeFile(text, "hello");
+    support::WriteWholeFile(empty, "<mzML><run></run></mzML>");
+    struct Case {
+        std::string file;
+        std::vector<const char*> options;
+        std::string reason;
+    };
+    for (const auto& [file, options, reason] :
+         {Case{folder_.File("no"), {}, "does not exist"}, Case{text, {}, "cannot be read: it is not an mzML file"},
+          Case{empty, {}, "holds neither mass spectra nor chromatograms"},
+          Case{path, {"--experiment", "2"}, "cannot be read: it holds 1 experiments; there is no experiment 2"},
+          Case{path, {"--cycle", "4"}, "holds cycles 1 to 3 of this experiment; there is no cycle 4"}}) {
+        auto withJson = options;
+        withJson.push_back("--json");
+        const Explored refused = Explore(file, withJson);
+        EXPECT_EQ(refused.status, cli::abortedOrFailed);
+        EXPECT_EQ(refused.out, "");
+        EXPECT_EQ(refused.err, "veltra-run: The data file \"" + file + "\" " + reason + "\n");
+    }
+    EXPECT_EQ(Explore(path, {"--cycle", "0"}).status, cli::wrongUsage);
+    EXPECT_EQ(Explore(path, {"--mz", "-5"}).status, cli::wrongUsage);
+}
+
+TEST(JsonWriter, EscapesAndKeepsToUtf8) {
+    std::ostringstream out;
+    cli::JsonWriter json(out);
+    json.Open('{').Key("a\"\\").Text("\xE5\x85\xAD \xF0\x9F\x98\x80\n\xFF\xE5\x85z\xED\xA0\x80\xC0\x80\x1B\xC2\x9B");
+    json.Key("b").Open('[').Number(1e20).Number(std::nan("")).Truth(false).Close(']').Close('}');
+    const std::string bad = "\xEF\xBF\xBD";
+    EXPECT_EQ(out.str(), "{\"a\\\"\\\\\": \"\xE5\x85\xAD \xF0\x9F\x98\x80" + bad + bad + bad + bad + "z" + bad + bad +
+                             bad + bad + bad + bad + bad + "\", \"b\": [1E+20, null, false]}");
+}
+
+}  // namespace
