@@ -14,7 +14,7 @@ namespace {
 
 constexpr double goodResponse = 0.95;
 constexpr double parentToleranceDa = 0.1;
-constexpr int nameWidth = 24;
+constexpr int nameWidth = 32;
 constexpr int columnWidth = 8;
 
 /// Counts how often something held.
@@ -40,6 +40,7 @@ struct Summary {
     std::vector<double> gains;
 
     void Add(const Findings& run);
+    /// Of at least one.
     double MedianGain() const;
 };
 
@@ -72,7 +73,6 @@ void Summary::Add(const Findings& run) {
 }
 
 double Summary::MedianGain() const {
-    if (gains.empty()) return 0;
     auto sorted = gains;
     std::sort(sorted.begin(), sorted.end());
     return sorted[sorted.size() / 2];
@@ -86,7 +86,10 @@ void PrintLine(std::ostream& out, const std::string& name, const Summary& summar
         percent(100 * lowest);
     for (const Share* share : {&summary.strongest, &summary.ce80, &summary.af2, &summary.path})
         percent(share->Percent());
-    percent(summary.MedianGain());
+    if (summary.gains.empty())
+        out << std::setw(columnWidth) << "-";
+    else
+        percent(summary.MedianGain());
     out << '\n';
 }
 

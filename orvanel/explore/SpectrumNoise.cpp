@@ -15,6 +15,9 @@ constexpr double highestSpread = 1.2;
 constexpr double assumedSpread = 1.0;                         // where too few masses hold ions for an estimate
 constexpr double sigmaPerMeanDeviation = 1.2533141373155001;  // sqrt(pi / 2)
 constexpr double fewIons = 10;
+constexpr double neighbourReachDa = 250;
+constexpr double shortestFallDa = 300;    // over which noise falls to 1/e towards higher m/z; 500 is usual
+constexpr double neighbourTolerance = 3;  // how far estimates of the same noise differ
 
 /// The value that a standard normal variable exceeds with the probability p, 0 < p < 0.5.
 /// Abramowitz and Stegun, Handbook of Mathematical Functions, 26.2.23; absolute error below 4.5e-4.
@@ -73,6 +76,18 @@ SpectrumNoise::SpectrumNoise(const std::vector<NoiseSample>& samples, double low
         windows_.push_back({(start + high) / 2, enough ? Threshold(std::move(heights), ionHeight, quantile) : 0});
         if (last) break;
     }
+    LimitByNeighbours();
+}
+
+void SpectrumNoise::LimitByNeighbours() {
+    const auto estimates = windows_;
+    for (auto& window : windows_)
+        for (const auto& neighbour : estimates) {
+            const double aboveDa = neighbour.centerMz - window.centerMz;
+            if (std::abs(aboveDa) > neighbourReachDa) continue;
+            const double rise = std::exp(std::max(0.0, aboveDa) / shortestFallDa);
+            window.threshold = std::min(window.threshold, neighbourTolerance * rise * neighbour.threshold);
+        }
 }
 
 double SpectrumNoise::ThresholdAt(double mz) const {

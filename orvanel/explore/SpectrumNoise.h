@@ -17,7 +17,9 @@ struct NoiseSample {
 ///
 /// Chemical noise puts one peak on nearly every nominal mass, with heights spread log-normally around a level that
 /// falls slowly with m/z. So within a window of m/z there is noise at the median of the maxima, where masses without a
-/// maximum count as zero, and its spread is read from the half below the median, where signals cannot reach.
+/// maximum count as zero, and its spread is read from the half below the median, where signals cannot reach. Where
+/// fragments stand on most masses of a window they look like noise; but noise does not end within a few hundred Da, so
+/// the neighbouring windows limit the estimate.
 class SpectrumNoise {
   public:
     /// @param samples in order of m/z
@@ -32,6 +34,8 @@ class SpectrumNoise {
         double centerMz = 0;
         double threshold = 0;
     };
+    void LimitByNeighbours();
+
     std::vector<Window> windows_;  ///< in order of m/z
 };
 
