@@ -1,10 +1,13 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "support/Disk.h"
 
 namespace support {
 
@@ -16,20 +19,24 @@ class FileError : public std::runtime_error {
 
 /// All paths are UTF-8 and may use both "\" and "/" as separators on every system.
 
+inline constexpr std::uint64_t anySize = std::uint64_t{1} << 30;
+
 /// @param sizeLimit files that are larger are refused
 /// @throws FileError
-std::string ReadWholeFile(const std::string& path, std::uint64_t sizeLimit = std::uint64_t{1} << 30);
+std::string ReadWholeFile(const std::string& path, std::uint64_t sizeLimit = anySize, const Disk& disk = SystemDisk());
 
-/// Replaces the file as a whole: written to a temporary file in the same folder, checked, flushed to disk, renamed. On
-/// failure the old file stays as it was and no temporary file is left.
+/// Replaces the file as a whole: written to a temporary file in the same folder ("NAME.tmp-PROCESS"), checked, flushed
+/// to disk, renamed. On failure the old file stays as it was and no temporary file is left, if the disk lets it be
+/// removed. Those that processes which have died left of this file are removed.
 /// @throws FileError
-void WriteWholeFile(const std::string& path, std::string_view content);
+void WriteWholeFile(const std::string& path, std::string_view content, const Disk& disk = SystemDisk());
 
 /// A file that another library writes, put in place the same way: create one, let the library write to TemporaryPath(),
 /// then Commit(). Without Commit the temporary file is removed.
 class WholeFileWriter {
   public:
-    explicit WholeFileWriter(const std::string& path);
+    /// @param disk must outlive the writer
+    explicit WholeFileWriter(const std::string& path, const Disk& disk = SystemDisk());
     ~WholeFileWriter();
     WholeFileWriter(const WholeFileWriter&) = delete;
     WholeFileWriter& operator=(const WholeFileWriter&) = delete;
@@ -39,23 +46,40 @@ class WholeFileWriter {
     void Commit();
 
   private:
+    friend void WriteWholeFile(const std::string& path, std::string_view content, const Disk& disk);
+    void PutInPlace();
+
+    const Disk& disk_;
     std::string path_;
     std::string temporaryPath_;
     bool committed_ = false;
 };
 
-/// Appends and flushes. @throws FileError
-void AppendToFile(const std::string& path, std::string_view text);
+/// Appends lines and flushes. A line that was cut off there before, as by the death of its writer, is ended first. When
+/// only a part can be written the file is cut back to what it was.
+/// @param text whole lines
+/// @return whether the disk has confirmed that they will outlast a power cut; they are in the file anyway
+/// @throws FileError when they are not
+bool AppendToFile(const std::string& path, std::string_view text, const Disk& disk = SystemDisk());
 
 /// Creates the folder and those above it that are missing. @throws FileError
-void CreateFolders(const std::string& path);
+void CreateFolders(const std::string& path, const Disk& disk = SystemDisk());
+
+/// Keeps every other program that asks for the same from using the file, until the result is destroyed or the process
+/// ends in any way. Empty where nobody could write the file either.
+/// @param owner what holds such a file, such as "Veltra"
+/// @throws FileError when another one has it, whose process it names, or the disk fails
+std::shared_ptr<void> HoldFile(const std::string& path, const std::string& owner);
 
 bool FileExists(const std::string& path);
 bool FolderExists(const std::string& path);
+/// Whether an existing path lies in the folder or below it once all links are followed.
+bool IsWithin(const std::string& path, const std::string& folder);
 /// Names of the direct sub-folders in the file system's order. @throws FileError
 std::vector<std::string> SubFolders(const std::string& path);
 /// Names of the files directly in the folder, sorted. @throws FileError
 std::vector<std::string> FilesIn(const std::string& path);
-void RemoveFileIfThere(const std::string& path) noexcept;
+/// Failures are ignored.
+void RemoveFileIfThere(const std::string& path, const Disk& disk = SystemDisk()) noexcept;
 
 }  // namespace support

@@ -51,7 +51,10 @@ std::string_view WithoutQuotes(std::string_view value) {
 }
 
 std::size_t SkipByteOrderMark(std::string_view text) {
-    return text.substr(0, byteOrderMark.size()) == byteOrderMark ? byteOrderMark.size() : 0;
+    std::size_t at = 0;
+    while (text.substr(at, byteOrderMark.size()) == byteOrderMark)  // more than one where files were joined
+        at += byteOrderMark.size();
+    return at;
 }
 
 bool HasLineEnd(std::string_view text) {

@@ -1,9 +1,12 @@
 #pragma once
 
+#include <cstdint>
 #include <ctime>
 #include <memory>
 #include <string>
-#include <string_view>
+#include <vector>
+
+#include "support/Disk.h"
 
 namespace support {
 
@@ -36,18 +39,9 @@ bool StartTextViewer(const std::string& path);
 /// @return false when the desktop has none, as far as it tells within half a second
 bool OpenWithDesktop(const std::string& path);
 
-/// Writes a new file (or truncates one) and flushes it to disk.
-/// @return an empty text, or why it failed
-std::string WriteAndFlush(const std::string& path, std::string_view content);
-/// Appends and flushes. @return an empty text, or why it failed
-std::string AppendAndFlush(const std::string& path, std::string_view content);
-/// Flushes a file that another library wrote. @return an empty text, or why it failed
-std::string FlushToDisk(const std::string& path);
-/// Renames over an existing file, unless that one must not be written to, and flushes the folder. @return an empty
-/// text, or why it failed
-std::string RenameOver(const std::string& from, const std::string& to);
-/// A name for a temporary file beside the given one that no other process uses.
-std::string TemporaryNameFor(const std::string& path);
+std::uint64_t ProcessNumber();
+/// Whether a process of that number runs on this machine; true where the system does not tell.
+bool IsProcessRunning(std::uint64_t number);
 
 std::tm LocalTime(std::time_t time);
 std::tm UtcTime(std::time_t time);
@@ -63,9 +57,28 @@ bool LocaleDatePatterns(const std::string& localeName, std::string& shortDate, s
 /// Nothing is left on the disk. Empty, and nothing is kept out, when the file's folder cannot be locked.
 std::shared_ptr<void> LockForSaving(const std::string& path);
 
+/// What became of the wish to be the only one that uses a file.
+struct SoleUse {
+    std::shared_ptr<void> lock;  ///< keeps others out until it is destroyed or the process ends in any way
+    bool takenByAnother = false;
+    std::string holder;   ///< number of the process that has it; empty when it cannot be read
+    std::string failure;  ///< why neither can be told
+};
+/// Does not wait. While the lock is held there is a file PATH.in-use with the number of the process; one without a
+/// holder is taken over. All members are empty where nobody could write the file either, as on a read-only disk.
+SoleUse TrySoleUse(const std::string& path);
+
+struct IniEntry {
+    std::string section;
+    std::string key;
+    std::string value;
+};
+
 /// The platform's private-profile calls. @return at most 255 bytes
-std::string PlatformReadIni(const std::string& path, const std::string& section, const std::string& key);
-bool PlatformWriteIni(const std::string& path, const std::string& section, const std::string& key,
-                      const std::string& value);
+std::string PlatformReadIni(const std::string& path, const std::string& section, const std::string& key,
+                            const Disk& disk);
+/// Replaces the file as a whole. An entry that would break the file is left out.
+/// @throws std::exception when nothing was written
+void PlatformWriteIni(const std::string& path, const std::vector<IniEntry>& entries, const Disk& disk);
 
 }  // namespace support

@@ -4,7 +4,6 @@
 #include <optional>
 
 #include "support/Paths.h"
-#include "support/Platform.h"
 
 namespace support {
 namespace {
@@ -38,18 +37,23 @@ std::string GetLastTwoPathParts(const std::string& strPath) {
     return at ? strPath.substr(*at + 1) : std::string();
 }
 
-std::string ReadIniString(const std::string& strIniPath, const std::string& strSection, const std::string& strKey) {
+std::string ReadIniString(const std::string& strIniPath, const std::string& strSection, const std::string& strKey,
+                          const Disk& disk) {
     try {
-        return PlatformReadIni(NativePath(strIniPath), strSection, strKey);
+        return PlatformReadIni(NativePath(strIniPath), strSection, strKey, disk);
     } catch (const std::exception&) {
         return {};
     }
 }
 
 void WriteIniString(const std::string& strIniPath, const std::string& strSection, const std::string& strKey,
-                    const std::string& strValue) {
+                    const std::string& strValue, const Disk& disk) {
+    WriteIniStrings(strIniPath, {{strSection, strKey, strValue}}, disk);
+}
+
+void WriteIniStrings(const std::string& strIniPath, const std::vector<IniEntry>& entries, const Disk& disk) {
     try {
-        PlatformWriteIni(NativePath(strIniPath), strSection, strKey, strValue);
+        PlatformWriteIni(NativePath(strIniPath), entries, disk);
     } catch (const std::exception&) {
         // A settings file that cannot be written leaves the run as it is.
     }

@@ -2,8 +2,10 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "support/Files.h"
+#include "support/Platform.h"
 
 namespace support {
 
@@ -19,10 +21,14 @@ std::string GetFolderNameAtDepth(const std::string& strPath, std::int16_t intN);
 std::string GetLastTwoPathParts(const std::string& strPath);
 
 /// At most 255 bytes of the value; empty when file, section or key is missing.
-std::string ReadIniString(const std::string& strIniPath, const std::string& strSection, const std::string& strKey);
+std::string ReadIniString(const std::string& strIniPath, const std::string& strSection, const std::string& strKey,
+                          const Disk& disk = SystemDisk());
 /// Failures are ignored; the file then stays as it was.
 void WriteIniString(const std::string& strIniPath, const std::string& strSection, const std::string& strKey,
-                    const std::string& strValue);
+                    const std::string& strValue, const Disk& disk = SystemDisk());
+/// The same for several values: all of them are written at once, or none is.
+void WriteIniStrings(const std::string& strIniPath, const std::vector<IniEntry>& entries,
+                     const Disk& disk = SystemDisk());
 
 /// Starts the text editor on a file and does not wait: "Notepad.exe " + path on Windows, the desktop's text viewer
 /// elsewhere. @return false when none could be started

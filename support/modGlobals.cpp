@@ -24,12 +24,13 @@ std::int32_t CharacterCount(const std::string& text) {
 
 }  // namespace
 
-void AppendLineToFile(const std::string& strFilePath, const std::string& strText) {
-    if (Trim(strFilePath).empty()) return;
+bool AppendLineToFile(const std::string& strFilePath, const std::string& strText, const Disk& disk) {
+    if (Trim(strFilePath).empty()) return true;
     try {
-        AppendToFile(strFilePath, strText + crLf);
+        AppendToFile(strFilePath, strText + crLf, disk);
+        return true;
     } catch (const std::exception&) {
-        // A log that cannot be written must not stop a run.
+        return false;  // a log that cannot be written must not stop a run
     }
 }
 
@@ -42,7 +43,7 @@ std::string GetRunTimeTag(const std::string& strGeneralDate) {
     return tag;
 }
 
-std::string MakeOutputFolder(const std::string& strPath, const std::string& strGeneralDate) {
+std::string MakeOutputFolder(const std::string& strPath, const std::string& strGeneralDate, const Disk& disk) {
     std::string folder = strPath;
     if (!folder.empty() && IsPathSeparator(folder.back())) folder.pop_back();
     folder += " " + GetRunTimeTag(strGeneralDate);
@@ -50,7 +51,7 @@ std::string MakeOutputFolder(const std::string& strPath, const std::string& strG
     const std::string parent = FolderOf(folder);
     if (!parent.empty() && !FolderExists(parent)) return {};
     try {
-        CreateFolders(folder);
+        CreateFolders(folder, disk);
     } catch (const std::exception&) {
         return {};
     }

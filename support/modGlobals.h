@@ -3,10 +3,13 @@
 #include <cstdint>
 #include <string>
 
+#include "support/Disk.h"
+
 namespace support {
 
 /// Appends the text and CR LF; nothing when the path is blank. Failures are dropped silently.
-void AppendLineToFile(const std::string& strFilePath, const std::string& strText);
+/// @return whether the file has it, or the path is blank
+bool AppendLineToFile(const std::string& strFilePath, const std::string& strText, const Disk& disk = SystemDisk());
 
 /// "(" + the date and time + ")" made fit for a folder name: the first blank becomes ", ", every "/" a "-", the first
 /// ":" an "h" and the next one an "m".
@@ -15,7 +18,8 @@ std::string GetRunTimeTag(const std::string& strGeneralDate);
 
 /// The folder path (one trailing separator removed) + " " + the time tag, created when missing, with a separator behind
 /// it; empty when it cannot be created, as when the folder it belongs in is missing.
-std::string MakeOutputFolder(const std::string& strPath, const std::string& strGeneralDate);
+std::string MakeOutputFolder(const std::string& strPath, const std::string& strGeneralDate,
+                             const Disk& disk = SystemDisk());
 
 /// How many characters the compound name is too long for the names of a run's files; 0 when it fits.
 std::int32_t GetCompoundNameExcess(const std::string& strCompoundName);

@@ -1,7 +1,5 @@
 #include "support/modRegistryUtils.h"
 
-#include <exception>
-
 #include "support/NumberText.h"
 #include "support/Paths.h"
 
@@ -14,8 +12,8 @@ const std::string lastFilesKey = "HKEY_CURRENT_USER\\Software\\Dravik\\Orvanel\\
 std::string Read(const RegistryReader& regRead, const std::string& path) {
     try {
         return regRead(path).value_or("");
-    } catch (const std::exception&) {
-        return {};
+    } catch (...) {
+        return {};  // a value that cannot be read counts as missing, whatever the reason
     }
 }
 

@@ -1,10 +1,8 @@
 #include "support/Files.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <filesystem>
-#include <functional>
 #include <stdexcept>
 
 #include "support/Platform.h"
@@ -83,6 +81,35 @@ TEST(Files, AppendsToAnOldOrNewFile) {
     AppendToFile(folder.File("log"), "one\r\n");
     AppendToFile(folder.Path() + "\\log", "two");
     EXPECT_EQ(ReadWholeFile(folder.File("log")), "one\r\ntwo");
+    AppendToFile(folder.File("log"), "the line before was cut off\r\n");
+    EXPECT_EQ(ReadWholeFile(folder.File("log")), "one\r\ntwo\r\nthe line before was cut off\r\n");
+}
+
+TEST(Files, WritingAFileAnewRemovesWhatDeadWritersLeft) {
+    const TempFolder folder;
+    const std::string deadProcess = "4194305";  // above every number that is given out
+    const std::vector<std::string> others = {"a.xmt.tmp-", "a.xmt.tmp-1x", "b.xmt.tmp-" + deadProcess};
+    for (const auto& name : others)
+        WriteWholeFile(folder.File(name), "");
+    WriteWholeFile(folder.File("a.xmt.tmp-" + deadProcess), "half");
+    WriteWholeFile(folder.File("a.xmt"), "whole");
+    EXPECT_THAT(FilesIn(folder.Path()), testing::UnorderedElementsAre("a.xmt", others[0], others[1], others[2]));
+}
+
+TEST(Files, OnlyOneHoldsAFile) {
+    const TempFolder folder;
+    const std::string path = folder.File("a.ini");
+    WriteWholeFile(path + ".in-use", "17");  // of a process that has died
+    auto held = HoldFile(path, "Veltra");
+    ASSERT_NE(held, nullptr);
+    EXPECT_EQ(
+        ErrorOf([&] { HoldFile(path, "Veltra"); }),
+        path + " is in use by another Veltra (process " + std::to_string(ProcessNumber()) + "), end that one first");
+    EXPECT_NE(HoldFile(folder.File("b.ini"), "Veltra"), nullptr);
+    held.reset();
+    EXPECT_EQ(FilesIn(folder.Path()), std::vector<std::string>());
+    EXPECT_NE(HoldFile(path, "Veltra"), nullptr);
+    EXPECT_EQ(HoldFile(folder.File("missing/a.ini"), "Veltra"), nullptr);
 }
 
 TEST(Files, FoldersAndWhatIsInThem) {

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <map>
-
 #include "support/modFileUtils.h"
 #include "support/modRegistryUtils.h"
 

@@ -1,13 +1,13 @@
 #ifndef _WIN32
 
 #include <gtest/gtest.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
+#include <array>
+#include <csignal>
 #include <cstdlib>
 #include <filesystem>
-#include <functional>
-#include <map>
-#include <optional>
 #include <stdexcept>
 
 #include "support/DateTexts.h"
@@ -80,6 +80,28 @@ TEST(PlatformPosix, AReadOnlyFileStays) {
     EXPECT_EQ(ErrorOf([&] { AppendToFile(path, "new"); }), "Cannot append to " + path + ": Permission denied");
     EXPECT_EQ(ReadWholeFile(path), "old");
     EXPECT_EQ(FilesIn(folder.Path()), std::vector<std::string>{"kept.txt"});
+}
+
+TEST(PlatformPosix, AFileIsHeldUntilItsHolderDies) {
+    const TempFolder folder;
+    const std::string path = folder.File("a.ini");
+    std::array<int, 2> ends{};
+    ASSERT_EQ(::pipe(ends.data()), 0);
+    const pid_t child = ::fork();
+    if (child == 0) {
+        const auto held = HoldFile(path, "Veltra");
+        if (::write(ends[1], "x", 1) == 1) ::pause();
+        std::_Exit(1);
+    }
+    char told = 0;
+    ASSERT_EQ(::read(ends[0], &told, 1), 1);
+    EXPECT_EQ(ErrorOf([&] { HoldFile(path, "Veltra"); }),
+              path + " is in use by another Veltra (process " + std::to_string(child) + "), end that one first");
+    ::kill(child, SIGKILL);
+    EXPECT_EQ(::waitpid(child, nullptr, 0), child);
+    EXPECT_NE(HoldFile(path, "Veltra"), nullptr);
+    for (const int end : ends)
+        ::close(end);
 }
 
 TEST(PlatformPosix, ProgramFolderHoldsTheRunningProgram) {

@@ -27,8 +27,8 @@ TEST(PlatformWindows, AFileThatAnotherProgramHoldsOpenStays) {
     const HANDLE other = ::CreateFileA(path.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
     ASSERT_NE(other, INVALID_HANDLE_VALUE);
     EXPECT_THROW(WriteWholeFile(path, "new"), FileError);
-    EXPECT_NE(AppendAndFlush(path, "new"), "");
-    EXPECT_FALSE(PlatformWriteIni(path, "V", "k", "v"));
+    EXPECT_THROW(AppendToFile(path, "new"), FileError);
+    EXPECT_THROW(PlatformWriteIni(path, {{"V", "k", "v"}}, SystemDisk()), FileError);
     ::CloseHandle(other);
     EXPECT_EQ(ReadWholeFile(path), "old");
     EXPECT_EQ(FilesIn(folder.Path()), std::vector<std::string>{"kept.txt"});

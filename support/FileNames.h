@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace support {
+
+/// Why a name cannot be that of a file or folder on every system, such as: cannot hold "<"; empty when it can. A name
+/// that can holds no separator of either kind, so that it cannot lead out of its folder.
+std::string FileNameProblem(std::string_view name);
+inline bool IsPortableName(std::string_view name) {
+    return FileNameProblem(name).empty();
+}
+
+/// The message about a compound name, which goes into names of files and folders; empty when it can.
+std::string CompoundNameProblem(std::string_view name);
+
+}  // namespace support
