@@ -8,6 +8,7 @@ namespace orvanel::errorNumber {
 inline constexpr std::int32_t hostNotRunning = 1001;
 inline constexpr std::int32_t badPause = 1002;
 inline constexpr std::int32_t badConfiguration = 1010;
+inline constexpr std::int32_t filesInUse = 1011;
 inline constexpr std::int32_t badProject = 1020;
 inline constexpr std::int32_t methodFileUnreadable = 1101;
 inline constexpr std::int32_t methodFileDamaged = 1102;

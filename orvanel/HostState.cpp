@@ -45,10 +45,18 @@ std::string IsoTimestamp(HostClock::TimePoint time) {
     return text.data();
 }
 
-HostState::HostState(OrvanelConfig config, HostClock& clock)
-    : config_(std::move(config)), clock_(clock), registry_(BesideIni(config_, "Orvanel.registry.ini")) {
+HostState::HostState(OrvanelConfig config, HostClock& clock, const support::Disk& disk)
+    : config_(std::move(config)),
+      clock_(clock),
+      disk_(disk),
+      registry_(BesideIni(config_, "Orvanel.registry.ini"), disk) {
     if (!config_.running) return;
     LoadInstrument();
+    try {
+        soleUse_ = support::HoldFile(config_.iniPath, "Orvanel");
+    } catch (const support::FileError& error) {
+        throw ports::HostError(errorNumber::filesInUse, error.what());
+    }
     queue_ = std::make_unique<QueueEngine>(
         clock_,
         QueueEngine::Actions{[this](const QueuedSample& sample) { AcquireAndWrite(sample); },
@@ -56,7 +64,7 @@ HostState::HostState(OrvanelConfig config, HostClock& clock)
                                  registry_.Write(registryPath::queueStatus, std::to_string(static_cast<int>(status)));
                              },
                              [this](const QueuedSample& sample, QueueStatus outcome, const std::string& failure) {
-                                 LogSample(sample, outcome, failure);
+                                 EndSample(sample, outcome, failure);
                              }});
 }
 
@@ -86,7 +94,7 @@ void HostState::RequireRunning(const std::string& what) const {
 }
 
 QueuedSample HostState::PrepareSample(const std::string& methodPath) const {
-    const MethodDocument document = ReadMethodFile(methodPath);
+    const MethodDocument document = ReadMethodFile(methodPath, disk_);
     const MassSpecRecord* massSpec = document.MassSpec();
     if (massSpec == nullptr)
         throw ports::HostError(errorNumber::notAcquirable, methodPath + ": the method has no mass spectrometer part");
@@ -99,7 +107,7 @@ QueuedSample HostState::PrepareSample(const std::string& methodPath) const {
     sample.methodPath = methodPath;
     sample.method = *massSpec;
     try {
-        sample.methodText = support::ReadWholeFile(methodPath);
+        sample.methodText = support::ReadWholeFile(methodPath, support::anySize, disk_);
     } catch (const support::FileError& error) {
         throw ports::HostError(errorNumber::methodFileUnreadable, error.what());
     }
@@ -133,7 +141,22 @@ void HostState::AcquireAndWrite(const QueuedSample& sample) const {
                                                            std::chrono::duration<double, std::milli>(agoMs)));
     data.methodName = support::FileNameOf(sample.methodPath);
     data.methodText = sample.methodText;
-    WriteDataFile(sample.dataFilePath, data);
+    WriteDataFile(sample.dataFilePath, data, disk_);
+}
+
+void HostState::EndSample(const QueuedSample& sample, QueueStatus outcome, const std::string& failure) {
+    if (outcome == QueueStatus::Failed)
+        failedDataFiles_[sample.dataFilePath] = failure;
+    else
+        failedDataFiles_.erase(sample.dataFilePath);
+    LogSample(sample, outcome, failure);
+}
+
+void HostState::RequireAcquired(const std::string& dataFilePath) const {
+    const auto failed = failedDataFiles_.find(support::NativePath(dataFilePath));
+    if (failed != failedDataFiles_.end())
+        throw ports::HostError(errorNumber::acquisitionFailed,
+                               "The acquisition of data file \"" + failed->first + "\" failed: " + failed->second);
 }
 
 void HostState::LogSample(const QueuedSample& sample, QueueStatus outcome, const std::string& failure) const {
@@ -141,9 +164,10 @@ void HostState::LogSample(const QueuedSample& sample, QueueStatus outcome, const
                              : outcome == QueueStatus::Failed ? "failed: " + failure
                                                               : "stopped";
     try {
-        support::AppendToFile(BesideIni(config_, "Orvanel.log"), clock_.Now().generalDate + "\t" + sample.methodPath +
-                                                                     "\t" + sample.dataFilePath + "\t" + text +
-                                                                     support::crLf);
+        support::AppendToFile(BesideIni(config_, "Orvanel.log"),
+                              clock_.Now().generalDate + "\t" + sample.methodPath + "\t" + sample.dataFilePath + "\t" +
+                                  text + support::crLf,
+                              disk_);
     } catch (const support::FileError&) {
         // A log that cannot be written must not fail the acquisition, whose data are there.
     }

@@ -13,19 +13,22 @@
 #include "orvanel/queue/QueueEngine.h"
 #include "orvanel/registry/RegistryFile.h"
 #include "ports/ElementTable.h"
+#include "support/Disk.h"
 
 namespace orvanel {
 
 /// What the host's services share: configuration, clock, instrument, what is sprayed, queue and registry file.
 class HostState {
   public:
-    /// Loads model, compounds and element table when the host runs. @throws ports::HostError
-    HostState(OrvanelConfig config, HostClock& clock);
+    /// Loads model, compounds and element table when the host runs, and keeps other hosts off its files.
+    /// @throws ports::HostError
+    HostState(OrvanelConfig config, HostClock& clock, const support::Disk& disk);
     HostState(const HostState&) = delete;
     HostState& operator=(const HostState&) = delete;
 
     const OrvanelConfig& Config() const { return config_; }
     HostClock& Clock() const { return clock_; }
+    const support::Disk& Disk() const { return disk_; }
     const RegistryFile& Registry() const { return registry_; }
     const std::vector<SprayedCompound>& Sample() const { return sample_; }
 
@@ -41,17 +44,23 @@ class HostState {
 
     /// A method as a sample for the queue. @throws ports::HostError when it cannot be acquired
     QueuedSample PrepareSample(const std::string& methodPath) const;
+    /// @throws ports::HostError saying why when the last acquisition for that data file has failed
+    void RequireAcquired(const std::string& dataFilePath) const;
     /// Keeps the project as the one used last; failures are ignored.
     void RememberProject(const std::string& projectPath, const std::string& projectName) const;
 
   private:
     void LoadInstrument();
     void AcquireAndWrite(const QueuedSample& sample) const;
+    void EndSample(const QueuedSample& sample, QueueStatus outcome, const std::string& failure);
     void LogSample(const QueuedSample& sample, QueueStatus outcome, const std::string& failure) const;
 
     OrvanelConfig config_;
     HostClock& clock_;
+    const support::Disk& disk_;
     RegistryFile registry_;
+    std::shared_ptr<void> soleUse_;                       ///< of Orvanel.ini and the files beside it, while running
+    std::map<std::string, std::string> failedDataFiles_;  ///< by full path: why the last acquisition failed
     std::map<std::int32_t, InstrumentModel> models_;
     std::shared_ptr<const InstrumentModel> model_;
     std::vector<SprayedCompound> sample_;

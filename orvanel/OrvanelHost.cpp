@@ -25,7 +25,7 @@ class ApplicationHandle : public ports::HostApplication {
     explicit ApplicationHandle(std::shared_ptr<HostState> state) : state_(std::move(state)) {}
 
     std::unique_ptr<ports::AcquisitionService> GetAcquisitionService() override {
-        return CreateAcquisitionService(state_->Model(), state_->Config().operatingMode);
+        return CreateAcquisitionService(state_->Model(), state_->Config().operatingMode, state_->Disk());
     }
 
   private:
@@ -49,7 +49,8 @@ class ClockPause : public ports::Pause {
 
 class OrvanelHost : public ports::Host {
   public:
-    OrvanelHost(const OrvanelConfig& config, HostClock& clock) : state_(std::make_shared<HostState>(config, clock)) {}
+    OrvanelHost(const OrvanelConfig& config, HostClock& clock, const support::Disk& disk)
+        : state_(std::make_shared<HostState>(config, clock, disk)) {}
 
     std::unique_ptr<ports::HostApplication> AttachToRunningApplication() override {
         if (!state_->Config().running) return nullptr;
@@ -58,12 +59,14 @@ class OrvanelHost : public ports::Host {
 
     std::unique_ptr<ports::TolmService> TolmCreateService() override {
         state_->RequireRunning("batch service");
-        return std::make_unique<TolmServiceImpl>(TolmServiceImpl::Actions{
-            [state = state_](const std::string& methodPath) { return state->PrepareSample(methodPath); },
-            [state = state_](QueuedSample sample) { state->Queue().Submit(std::move(sample)); },
-            [state = state_](const std::string& path, const std::string& name) {
-                state->RememberProject(path, name);
-            }});
+        return std::make_unique<TolmServiceImpl>(
+            TolmServiceImpl::Actions{
+                [state = state_](const std::string& methodPath) { return state->PrepareSample(methodPath); },
+                [state = state_](QueuedSample sample) { state->Queue().Submit(std::move(sample)); },
+                [state = state_](const std::string& path, const std::string& name) {
+                    state->RememberProject(path, name);
+                }},
+            state_->Disk());
     }
 
     std::unique_ptr<ports::QueueServer> HostQueueServer() override {
@@ -74,7 +77,8 @@ class OrvanelHost : public ports::Host {
     std::unique_ptr<ports::Pause> CreatePause() override { return std::make_unique<ClockPause>(state_->Clock()); }
 
     std::unique_ptr<ports::DataExploration> CreateDataExploration() override {
-        return orvanel::CreateDataExploration();
+        return orvanel::CreateDataExploration(
+            state_->Disk(), [state = state_](const std::string& path) { state->RequireAcquired(path); });
     }
 
     std::unique_ptr<ports::InstrumentHelper> CreateInstrumentHelper() override {
@@ -131,8 +135,9 @@ class OrvanelHost : public ports::Host {
 
 }  // namespace
 
-std::unique_ptr<ports::Host> CreateOrvanelHost(const OrvanelConfig& config, HostClock& clock) {
-    return std::make_unique<OrvanelHost>(config, clock);
+std::unique_ptr<ports::Host> CreateOrvanelHost(const OrvanelConfig& config, HostClock& clock,
+                                               const support::Disk& disk) {
+    return std::make_unique<OrvanelHost>(config, clock, disk);
 }
 
 }  // namespace orvanel

@@ -6,6 +6,7 @@
 #include "orvanel/clock/HostClock.h"
 #include "orvanel/config/OrvanelConfig.h"
 #include "ports/Host.h"
+#include "support/Disk.h"
 
 namespace orvanel {
 
@@ -13,8 +14,11 @@ namespace orvanel {
 /// @param config a checked configuration; with Running=0 the host can be asked for registry values and models, but
 /// there is no application to attach to and its queue, batch service and editing are refused
 /// @param clock the one clock; must outlive the host
-/// @throws ports::HostError when models, compounds or the element table cannot be loaded
-std::unique_ptr<ports::Host> CreateOrvanelHost(const OrvanelConfig& config, HostClock& clock);
+/// @param disk where methods, batches, data and the registry file are; must outlive the host and all its handles
+/// @throws ports::HostError when models, compounds or the element table cannot be loaded, or another host that runs has
+/// the same Orvanel.ini in use
+std::unique_ptr<ports::Host> CreateOrvanelHost(const OrvanelConfig& config, HostClock& clock,
+                                               const support::Disk& disk = support::SystemDisk());
 
 /// A new project, ready to be optimised in.
 struct NewProject {
@@ -40,7 +44,7 @@ struct ProjectFacts {
 /// Writes Orvanel.ini (ClockFactor=0), Projects/NAME/Acquisition Methods/Start.xmt and Projects/NAME/Data. The starter
 /// method's voltages are sound but not the optimum.
 /// @throws ports::HostError when the folder already holds such a project, the compound is unknown or a path is too long
-ProjectFacts CreateProject(const NewProject& project);
+ProjectFacts CreateProject(const NewProject& project, const support::Disk& disk = support::SystemDisk());
 
 /// Names and titles of the compounds that ship, sorted by name. @throws ports::HostError
 struct CompoundSummary {

@@ -10,8 +10,8 @@
 #include "orvanel/instrument/InstrumentModel.h"
 #include "orvanel/methods/MethodFile.h"
 #include "orvanel/methods/Validation.h"
-#include "orvanel/tolm/ProjectFiles.h"
 #include "ports/HostError.h"
+#include "support/FileNames.h"
 #include "support/Files.h"
 #include "support/NumberText.h"
 #include "support/Paths.h"
@@ -155,8 +155,8 @@ std::string IniText(const NewProject& project, const std::string& compound, int 
 
 }  // namespace
 
-ProjectFacts CreateProject(const NewProject& project) {
-    if (!IsPortableName(project.projectName))
+ProjectFacts CreateProject(const NewProject& project, const support::Disk& disk) {
+    if (!support::IsPortableName(project.projectName))
         Fail("\"" + project.projectName + "\" is no name of a project, expected is a folder's name");
     if (project.folder.empty()) Fail("No folder is given for the project");
     const auto elements = OpenElementTableFile(ElementTablePath(project.appLocation));
@@ -179,12 +179,13 @@ ProjectFacts CreateProject(const NewProject& project) {
         if (support::FileExists(path)) Fail("The file " + path + " exists already, choose another folder or name");
 
     try {
-        support::CreateFolders(methods);
-        support::CreateFolders(support::JoinPath(projectFolder, "Data"));
-        WriteMethodFile(facts.starterMethodPath, method);
+        support::CreateFolders(methods, disk);
+        support::CreateFolders(support::JoinPath(projectFolder, "Data"), disk);
+        WriteMethodFile(facts.starterMethodPath, method, disk);
         support::WriteWholeFile(facts.orvanelIniPath,
                                 IniText(project, isPath ? support::AbsolutePath(compoundFile) : project.compound,
-                                        method.MassSpec()->operatingMode));
+                                        method.MassSpec()->operatingMode),
+                                disk);
     } catch (const support::FileError& error) {
         Fail(error.what());
     }

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <map>
-#include <sstream>
 
 #include "ports/HostError.h"
 #include "support/Files.h"
@@ -14,7 +13,7 @@ namespace orvanel {
 namespace {
 
 std::string Quoted(std::string_view text) {
-    return "\"" + std::string(text.substr(0, 80)) + "\"";
+    return "\"" + support::Excerpt(text) + "\"";
 }
 
 std::string Listed(std::initializer_list<std::string_view> names) {
@@ -28,41 +27,17 @@ bool Holds(std::initializer_list<std::string_view> names, std::string_view name)
     return std::find(names.begin(), names.end(), name) != names.end();
 }
 
-/// Bytes of the UTF-8 sequence at the start, or 0 when it is none.
-std::size_t SequenceLength(std::string_view text) {
-    const auto byte = [&](std::size_t at) { return static_cast<unsigned char>(text[at]); };
-    const unsigned char first = byte(0);
-    if (first < 0x80) return 1;
-    const std::size_t length = first >= 0xF5 ? 0 : first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : first >= 0xC2 ? 2 : 0;
-    if (length == 0 || text.size() < length) return 0;
-    for (std::size_t at = 1; at < length; ++at)
-        if ((byte(at) & 0xC0) != 0x80) return 0;
-    const bool overlong = (first == 0xE0 && byte(1) < 0xA0) || (first == 0xF0 && byte(1) < 0x90);
-    const bool outside = (first == 0xED && byte(1) >= 0xA0) || (first == 0xF4 && byte(1) >= 0x90);
-    return overlong || outside ? 0 : length;
-}
-
 }  // namespace
 
-bool IsXmlText(std::string_view text) {
-    while (!text.empty()) {
-        const auto c = static_cast<unsigned char>(text[0]);
-        if (c < 0x20 && c != '\t' && c != '\r' && c != '\n') return false;
-        const std::size_t length = SequenceLength(text);
-        if (length == 0) return false;
-        text.remove_prefix(length);
-    }
-    return true;
-}
-
-XmlReader::XmlReader(std::string path, XmlFormat format) : path_(std::move(path)), format_(std::move(format)) {
+XmlReader::XmlReader(std::string path, XmlFormat format, const support::Disk& disk)
+    : path_(std::move(path)), format_(std::move(format)) {
     try {
-        text_ = support::ReadWholeFile(path_, fileSizeLimit);
+        text_ = support::ReadWholeFile(path_, fileSizeLimit, disk);
     } catch (const support::FileError& error) {
         throw ports::HostError(format_.unreadableNumber, error.what());
     }
     const std::string foreign = "this is not " + format_.what + " of this host, ";
-    if (!IsXmlText(text_))
+    if (!support::IsPlainText(text_))
         throw ports::HostError(format_.damagedNumber, path_ + ": " + foreign + "which is an XML text in UTF-8");
     const auto result = document_.load_buffer(text_.data(), text_.size(), pugi::parse_default, pugi::encoding_utf8);
     if (!result) {
@@ -133,7 +108,7 @@ std::string XmlReader::Text(pugi::xml_node element, const char* attribute, std::
     if (text.size() > lengthLimit)
         Fail(element, "attribute " + Quoted(attribute) + " has " + std::to_string(text.size()) +
                           " bytes, more than the " + std::to_string(lengthLimit) + " allowed");
-    if (!IsXmlText(text)) Fail(element, "attribute " + Quoted(attribute) + " holds a control character");
+    if (!support::IsPlainText(text)) Fail(element, "attribute " + Quoted(attribute) + " holds a control character");
     return text;
 }
 
@@ -160,22 +135,6 @@ int XmlReader::Whole(pugi::xml_node element, const char* attribute, int minimum,
         Fail(element, "attribute " + Quoted(attribute) + " is " + Quoted(text) + ", expected is a whole number from " +
                           std::to_string(minimum) + " to " + std::to_string(maximum));
     return *value;
-}
-
-pugi::xml_node AppendXmlRoot(pugi::xml_document& document, const XmlFormat& format) {
-    pugi::xml_node declaration = document.append_child(pugi::node_declaration);
-    declaration.append_attribute("version") = "1.0";
-    declaration.append_attribute("encoding") = "utf-8";
-    pugi::xml_node root = document.append_child(format.rootElement.c_str());
-    root.append_attribute("version") = format.version;
-    root.append_attribute("instrument") = "simulated";
-    return root;
-}
-
-std::string XmlDocumentText(const pugi::xml_document& document) {
-    std::ostringstream text;
-    document.save(text, "  ", pugi::format_indent, pugi::encoding_utf8);
-    return std::move(text).str();
 }
 
 }  // namespace orvanel

@@ -7,16 +7,10 @@
 #include <string_view>
 #include <vector>
 
-namespace orvanel {
+#include "orvanel/XmlFormat.h"
+#include "support/Disk.h"
 
-/// One kind of XML document of the host.
-struct XmlFormat {
-    std::string what;  ///< for people, such as "an acquisition method"
-    std::string rootElement;
-    int version = 1;
-    std::int32_t unreadableNumber = 0;  ///< host error number when the file cannot be read
-    std::int32_t damagedNumber = 0;     ///< host error number when its content is not of this format
-};
+namespace orvanel {
 
 /// Reads an XML file strictly: nothing unknown, nothing missing, nothing beyond a limit. Every error is a
 /// ports::HostError that names file, line, what is wrong and what is expected.
@@ -25,7 +19,7 @@ class XmlReader {
     static constexpr std::uint64_t fileSizeLimit = 4u << 20;
 
     /// Reads the file and checks root element, version and the mark of a simulated instrument.
-    XmlReader(std::string path, XmlFormat format);
+    XmlReader(std::string path, XmlFormat format, const support::Disk& disk);
 
     pugi::xml_node Root() const { return document_.document_element(); }
 
@@ -50,13 +44,5 @@ class XmlReader {
     std::string text_;
     pugi::xml_document document_;
 };
-
-/// Whether the text is UTF-8 without control characters other than tab and line ends, as XML wants it.
-bool IsXmlText(std::string_view text);
-
-/// Appends the root element of a new document, with its version and the mark of a simulated instrument.
-pugi::xml_node AppendXmlRoot(pugi::xml_document& document, const XmlFormat& format);
-/// The whole document as UTF-8 text.
-std::string XmlDocumentText(const pugi::xml_document& document);
 
 }  // namespace orvanel

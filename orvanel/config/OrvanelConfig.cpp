@@ -4,11 +4,10 @@
 #include <charconv>
 #include <map>
 #include <optional>
-#include <set>
 #include <string_view>
 
 #include "orvanel/HostErrorNumbers.h"
-#include "ports/HostError.h"
+#include "orvanel/instrument/StrictIni.h"
 #include "support/Files.h"
 #include "support/IniDocument.h"
 #include "support/NumberText.h"
@@ -23,17 +22,15 @@ using support::EqualIgnoringCase;
 using support::GeneralText;
 
 constexpr int maximumCompounds = 20;
-constexpr std::uint64_t sizeLimit = 1 << 20;
 
 class Reader {
   public:
-    explicit Reader(std::string path) : path_(std::move(path)) {}
+    explicit Reader(const std::string& path) : file_(path, errorNumber::badConfiguration) {}
 
-    [[noreturn]] void Fail(int line, const std::string& text) const {
-        throw ports::HostError(errorNumber::badConfiguration, path_ + ", line " + std::to_string(line) + ": " + text);
-    }
+    const std::vector<support::IniDocument::Section>& Sections() const { return file_.Sections(); }
+    [[noreturn]] void Fail(int line, const std::string& text) const { file_.Fail(line, text); }
     [[noreturn]] void FailValue(const support::IniDocument::Entry& entry, const std::string& allowed) const {
-        Fail(entry.line, entry.key + "=" + entry.value + " is not allowed, " + allowed + " is");
+        Fail(entry.line, entry.key + "=" + support::Excerpt(entry.value) + " is not allowed, " + allowed + " is");
     }
 
     template <typename Whole>
@@ -54,7 +51,7 @@ class Reader {
     }
 
   private:
-    std::string path_;
+    StrictIni file_;
 };
 
 bool IsAbsolute(const std::string& path) {
@@ -190,18 +187,6 @@ void ReadFaultsSection(const Reader& reader, const support::IniDocument::Section
     }
 }
 
-void RefuseRepetition(const Reader& reader, const support::IniDocument& document) {
-    std::set<std::string> sections;
-    for (const auto& section : document.Sections()) {
-        if (!sections.insert(support::ToUpper(section.name)).second)
-            reader.Fail(section.line, "section [" + section.name + "] is there twice, join the two");
-        std::set<std::string> keys;
-        for (const auto& entry : section.entries)
-            if (!keys.insert(support::ToUpper(entry.key)).second)
-                reader.Fail(entry.line, "key \"" + entry.key + "\" is given twice, remove one");
-    }
-}
-
 }  // namespace
 
 OrvanelConfig ReadOrvanelConfig(const std::string& iniPath, const std::string& defaultAppLocation) {
@@ -214,16 +199,8 @@ OrvanelConfig ReadOrvanelConfig(const std::string& iniPath, const std::string& d
         return config;
     }
 
-    std::string text;
-    try {
-        text = support::ReadWholeFile(iniPath, sizeLimit);
-    } catch (const support::FileError& error) {
-        throw ports::HostError(errorNumber::badConfiguration, error.what());
-    }
     const Reader reader(iniPath);
-    const auto document = support::IniDocument::Parse(text);
-    RefuseRepetition(reader, document);
-    for (const auto& section : document.Sections()) {
+    for (const auto& section : reader.Sections()) {
         if (EqualIgnoringCase(section.name, "Orvanel"))
             ReadHostSection(reader, section, config);
         else if (EqualIgnoringCase(section.name, "Sample"))

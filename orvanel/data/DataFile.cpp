@@ -7,9 +7,11 @@
 
 namespace orvanel {
 
-void WriteDataFile(const std::string& path, const AcquiredData& data) {
+void WriteDataFile(const std::string& path, const AcquiredData& data, const support::Disk& disk) {
     try {
-        support::WriteWholeFile(path, WriteMzml(data));
+        support::WriteWholeFile(path, WriteMzml(data), disk);
+    } catch (const support::FileError& error) {
+        throw ports::HostError(dataFileNotWritten, error.what());
     } catch (const std::exception& error) {
         throw ports::HostError(dataFileNotWritten,
                                "The data file \"" + path + "\" could not be written: " + error.what());

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "orvanel/data/AcquiredData.h"
+#include "support/Disk.h"
 
 namespace orvanel {
 
@@ -10,6 +11,7 @@ namespace orvanel {
 /// whole and replaces one of the same name. The same data give the same bytes.
 /// @param path full path, UTF-8; its folder must exist
 /// @throws ports::HostError when the data contradict themselves or the file cannot be written
-void WriteDataFile(const std::string& path, const AcquiredData& data);
+void WriteDataFile(const std::string& path, const AcquiredData& data,
+                   const support::Disk& disk = support::SystemDisk());
 
 }  // namespace orvanel

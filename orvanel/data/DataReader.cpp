@@ -7,6 +7,7 @@
 #include "ports/HostError.h"
 #include "support/Files.h"
 #include "support/Paths.h"
+#include "support/Text.h"
 
 namespace orvanel {
 namespace {
@@ -14,6 +15,7 @@ namespace {
 constexpr std::uint64_t fileSizeLimit = std::uint64_t{1} << 30;
 constexpr std::size_t pointLimit = 40'000'000;
 constexpr std::size_t cachedFiles = 3;
+constexpr std::size_t longestReasonBytes = 500;
 
 std::filesystem::path SystemPath(const std::string& path) {
     const std::string native = support::NativePath(path);
@@ -31,19 +33,19 @@ std::string OneLine(std::string text) {
         text.begin(), text.end(), [](char c) { return c == '\n' || c == '\r' || c == '\t'; }, ' ');
     while (!text.empty() && (text.back() == '.' || text.back() == ' '))
         text.pop_back();
-    return text.empty() ? "it is not sound mzML" : text;
+    return text.empty() ? "it is not sound mzML" : support::Excerpt(text, longestReasonBytes);
 }
 
 }  // namespace
 
-DataFileContent ReadDataFile(const std::string& path, std::size_t experiment) {
+DataFileContent ReadDataFile(const std::string& path, std::size_t experiment, const support::Disk& disk) {
     RequireFile(path);
     std::error_code ignored;
     const auto size = std::filesystem::file_size(SystemPath(path), ignored);
     if (!ignored && size > fileSizeLimit)
         throw ports::HostError(dataFileTooLarge, "The data file \"" + path + "\" is larger than 1 GiB");
     try {
-        return ReadMzml(support::ReadWholeFile(path, fileSizeLimit), pointLimit, experiment);
+        return ReadMzml(support::ReadWholeFile(path, fileSizeLimit, disk), pointLimit, experiment);
     } catch (const std::exception& error) {
         throw ports::HostError(dataFileUnreadable,
                                "The data file \"" + path + "\" cannot be read: " + OneLine(error.what()));
@@ -51,6 +53,7 @@ DataFileContent ReadDataFile(const std::string& path, std::size_t experiment) {
 }
 
 std::shared_ptr<const DataFileContent> DataFileCache::Open(const std::string& path) {
+    if (check_) check_(path);
     RequireFile(path);
     std::error_code error;
     Entry wanted{path, std::filesystem::file_size(SystemPath(path), error), {}, nullptr};
@@ -62,7 +65,7 @@ std::shared_ptr<const DataFileContent> DataFileCache::Open(const std::string& pa
         std::rotate(entries_.begin(), found, found + 1);
         return entries_.front().content;
     }
-    wanted.content = std::make_shared<const DataFileContent>(ReadDataFile(path));
+    wanted.content = std::make_shared<const DataFileContent>(ReadDataFile(path, 0, disk_));
     auto content = wanted.content;
     std::erase_if(entries_, [&](const Entry& entry) { return entry.path == path; });
     entries_.insert(entries_.begin(), std::move(wanted));

@@ -3,10 +3,14 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
+
+#include "support/Disk.h"
 
 namespace orvanel {
 
@@ -72,12 +76,19 @@ struct DataFileContent {
 /// @param experiment the one whose spectra are read, counted from 0 in the order of their first spectra
 /// @throws ports::HostError when there is no such file, it is larger than 1 GiB or holds more than 40 million points,
 /// it is not a whole and sound mzML file, or it holds no such experiment
-DataFileContent ReadDataFile(const std::string& path, std::size_t experiment = 0);
+DataFileContent ReadDataFile(const std::string& path, std::size_t experiment = 0,
+                             const support::Disk& disk = support::SystemDisk());
 
 /// The files that were read last, so that several handles on one file read it once. A file is read again when its size
 /// or its time of change differs. One thread only.
 class DataFileCache {
   public:
+    /// @param disk must outlive the cache
+    /// @param check asked before every opening, and may refuse the file; none when empty
+    explicit DataFileCache(const support::Disk& disk = support::SystemDisk(),
+                           std::function<void(const std::string& path)> check = {})
+        : disk_(disk), check_(std::move(check)) {}
+
     /// @throws ports::HostError as ReadDataFile
     std::shared_ptr<const DataFileContent> Open(const std::string& path);
 
@@ -88,6 +99,8 @@ class DataFileCache {
         std::filesystem::file_time_type changed;
         std::shared_ptr<const DataFileContent> content;
     };
+    const support::Disk& disk_;
+    std::function<void(const std::string& path)> check_;
     std::vector<Entry> entries_;  ///< the one used last is the first
 };
 

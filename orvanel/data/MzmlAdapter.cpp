@@ -12,6 +12,7 @@
 #include <string>
 #include <string_view>
 
+#include "orvanel/data/MzmlGuard.h"
 #include "support/NumberText.h"
 
 namespace orvanel {
@@ -42,12 +43,24 @@ std::optional<double> UserNumber(const ParamContainer& container, const char* na
     return NumberOf(param.value, where + ": " + name);
 }
 
-/// Copies an array, checked to be finite.
-std::vector<double> ValuesOf(const msdata::BinaryDataArrayPtr& array, const std::string& where) {
+/// What no instrument reaches; values beyond it would overflow in sums or keep the peak finder busy without end.
+constexpr double highestMz = 1e6;
+constexpr double highestIntensity = 1e30;
+constexpr double furthestX = 1e9;  ///< times in minutes, ramped values
+
+void RequireUpTo(double limit, double value, const std::string& where) {
+    if (!std::isfinite(value)) throw std::runtime_error(where + " holds a value that is no finite number");
+    if (std::abs(value) > limit)
+        throw std::runtime_error(where + " holds " + support::GeneralText(value) + ", allowed is up to " +
+                                 support::GeneralText(limit));
+}
+
+/// Copies an array, checked to be finite and of no absurd magnitude.
+std::vector<double> ValuesOf(const msdata::BinaryDataArrayPtr& array, double limit, const std::string& where) {
     if (!array) return {};
     std::vector<double> values(array->data.begin(), array->data.end());
     for (const double value : values)
-        if (!std::isfinite(value)) throw std::runtime_error(where + " holds a value that is no finite number");
+        RequireUpTo(limit, value, where);
     return values;
 }
 
@@ -161,8 +174,10 @@ void MzmlExtractor::AddSpectrum(const msdata::Spectrum& spectrum, const std::str
         const auto time = spectrum.scanList.scans.front().cvParam(MS_scan_start_time);
         if (!time.empty() && !time.value.empty()) stored.timeMinutes = MinutesOf(time, where);
     }
-    stored.mz = ValuesOf(spectrum.getMZArray(), where + ": the m/z array");
-    stored.intensity = ValuesOf(spectrum.getIntensityArray(), where + ": the intensity array");
+    RequireUpTo(furthestX, stored.timeMinutes, where + ": the scan start time");
+    RequireUpTo(furthestX, stored.rampValue.value_or(0), where + ": the ramp value");
+    stored.mz = ValuesOf(spectrum.getMZArray(), highestMz, where + ": the m/z array");
+    stored.intensity = ValuesOf(spectrum.getIntensityArray(), highestIntensity, where + ": the intensity array");
     if (stored.mz.size() != stored.intensity.size())
         throw std::runtime_error(where + " has " + std::to_string(stored.mz.size()) + " m/z values but " +
                                  std::to_string(stored.intensity.size()) + " intensities");
@@ -214,12 +229,12 @@ void MzmlExtractor::AddChromatogram(const msdata::Chromatogram& chromatogram, co
     trace.q3 = TermNumber(chromatogram.product.isolationWindow, MS_isolation_window_target_m_z, where).value_or(0);
 
     const auto times = chromatogram.getTimeArray();
-    trace.timeMinutes = ValuesOf(times, where + ": the time array");
+    trace.timeMinutes = ValuesOf(times, furthestX, where + ": the time array");
     const CVID unit = times ? times->cvParam(MS_time_array).units : UO_minute;
     if (unit == UO_second)
         for (double& time : trace.timeMinutes)
             time /= 60;
-    trace.intensity = ValuesOf(chromatogram.getIntensityArray(), where + ": the intensity array");
+    trace.intensity = ValuesOf(chromatogram.getIntensityArray(), highestIntensity, where + ": the intensity array");
     if (trace.timeMinutes.size() != trace.intensity.size())
         throw std::runtime_error(where + " has " + std::to_string(trace.timeMinutes.size()) + " times but " +
                                  std::to_string(trace.intensity.size()) + " intensities");
@@ -227,7 +242,7 @@ void MzmlExtractor::AddChromatogram(const msdata::Chromatogram& chromatogram, co
     if (!ramped.empty()) {
         for (const auto& array : chromatogram.binaryDataArrayPtrs)
             if (array && array->cvParam(MS_non_standard_data_array).value == ramped)
-                trace.rampValues = ValuesOf(array, where + ": the array of " + ramped);
+                trace.rampValues = ValuesOf(array, furthestX, where + ": the array of " + ramped);
         if (trace.rampValues.size() != trace.timeMinutes.size())
             throw std::runtime_error(where + " has not one value of " + ramped + " for each point");
         content_.rampParameter = ramped;
@@ -267,9 +282,10 @@ std::string Renumbered(const std::string& text, std::string_view tag) {
     std::size_t number = 0;
     for (auto at = text.find(tag); at != std::string::npos; at = text.find(tag, at + tag.size())) {
         const auto tagEnd = text.find('>', at);
-        const auto begin = text.find(attribute, at);
-        if (tagEnd == std::string::npos || begin >= tagEnd) continue;
-        const auto value = begin + attribute.size();
+        if (tagEnd == std::string::npos) break;
+        const auto begin = std::string_view(text).substr(at, tagEnd - at).find(attribute);
+        if (begin == std::string_view::npos) continue;
+        const auto value = at + begin + attribute.size();
         const auto quote = text.find('"', value);
         if (quote == std::string::npos) break;
         result.append(text, copied, value - copied).append(std::to_string(number++));
@@ -288,9 +304,12 @@ DataFileContent ReadMzml(std::string text, std::size_t pointLimit, std::size_t e
     constexpr std::string_view endTag = "</mzML>";
     const std::size_t end = text.rfind(endTag);
     if (end == std::string::npos || end < begin) throw std::runtime_error("it is cut off, its end is missing");
+    CheckMarkup(text, begin, end + endTag.size());
     // Without the index around it, which may be wrong; the library then makes its own in one pass.
     text.erase(end + endTag.size());
     text.erase(0, begin);
+    text = PlainMarkup(std::move(text));
+    CheckUnpackedSize(text, pointLimit);
     text = Renumbered(text, "<spectrum ");
     text = Renumbered(text, "<chromatogram ");
     msdata::Serializer_mzML::Config config;

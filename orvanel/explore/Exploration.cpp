@@ -23,6 +23,8 @@ class BinomialSmoothing : public ports::SmoothingProcessor {
 
 class Exploration : public ports::DataExploration {
   public:
+    explicit Exploration(std::shared_ptr<DataFileCache> files) : files_(std::move(files)) {}
+
     std::unique_ptr<ports::ChromatogramData> CreateChromatogramData() override {
         return std::make_unique<Chromatogram>(files_);
     }
@@ -38,13 +40,14 @@ class Exploration : public ports::DataExploration {
     }
 
   private:
-    std::shared_ptr<DataFileCache> files_ = std::make_shared<DataFileCache>();
+    std::shared_ptr<DataFileCache> files_;
 };
 
 }  // namespace
 
-std::unique_ptr<ports::DataExploration> CreateDataExploration() {
-    return std::make_unique<Exploration>();
+std::unique_ptr<ports::DataExploration> CreateDataExploration(const support::Disk& disk,
+                                                              std::function<void(const std::string& path)> check) {
+    return std::make_unique<Exploration>(std::make_shared<DataFileCache>(disk, std::move(check)));
 }
 
 }  // namespace orvanel

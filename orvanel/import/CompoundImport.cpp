@@ -8,8 +8,8 @@
 #include "orvanel/import/SpectrumReaders.h"
 #include "orvanel/instrument/Fragmentation.h"
 #include "orvanel/instrument/InstrumentErrors.h"
-#include "orvanel/tolm/ProjectFiles.h"
 #include "ports/HostError.h"
+#include "support/FileNames.h"
 #include "support/Files.h"
 #include "support/Paths.h"
 
@@ -73,7 +73,7 @@ Deviation LeaveOneOut(const MeasuredBreakdown& measured) {
 }
 
 std::string TargetOf(const CompoundImport& import) {
-    if (!IsPortableName(import.name))
+    if (!support::IsPortableName(import.name))
         throw ports::HostError(
             spectrumFileFaulty,
             "\"" + import.name + "\" is no name of a compound, expected is a file's name without .ini");

@@ -55,6 +55,7 @@ class Derivation {
         const auto& shares = *curve.shares;
         const auto& voltages = compound_.breakdown.voltages;
         const double level = part * shares[Top(curve)];
+        if (level <= 0) return std::nullopt;
         for (std::size_t k = Top(curve) + 1; k < shares.size(); ++k)
             if (shares[k] <= level)
                 return voltages[k - 1] +

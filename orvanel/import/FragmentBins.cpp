@@ -11,6 +11,7 @@ constexpr double accurateDa = 0.01;  ///< accurate masses of one fragment differ
 constexpr int accurateDecimals = 3;
 constexpr double profileGapDa = 0.25;
 constexpr std::size_t maximumPeaksOfAll = 200000;
+constexpr std::size_t maximumBins = 5000;
 
 /// Sums of m/z and intensity of what belongs to one peak.
 RecordPeak Centre(const std::vector<RecordPeak>& points, std::size_t begin, std::size_t end) {
@@ -126,7 +127,13 @@ BinnedSpectra BinSpectra(const MeasuredIon& ion) {
     auto& bins = binned.bins;
     bins.push_back({ion.mz, std::vector<double>(ion.spectra.size(), 0)});
     for (const Weighed& peak : weighed)
-        if (Nearest(bins, peak.mz) == nullptr) bins.push_back({peak.mz, std::vector<double>(ion.spectra.size(), 0)});
+        if (Nearest(bins, peak.mz) == nullptr) {
+            if (bins.size() == maximumBins)
+                FailImport(ion.spectra[peak.spectrum].record.path, ion.spectra[peak.spectrum].record.line,
+                           "the spectra have peaks at more than " + std::to_string(maximumBins) +
+                               " masses; import fewer, or without their noise");
+            bins.push_back({peak.mz, std::vector<double>(ion.spectra.size(), 0)});
+        }
     for (const Weighed& peak : weighed)
         Nearest(bins, peak.mz)->shares[peak.spectrum] += peak.share;
     for (std::size_t i = 1; i < bins.size(); ++i)

@@ -64,7 +64,7 @@ class Reader {
     void Begin(const std::string& line) {
         if (!line.starts_with("ACCESSION:"))
             FailImport(path_, line_,
-                       "a MassBank record begins with \"ACCESSION:\", not with \"" + line.substr(0, 40) + "\"");
+                       "a MassBank record begins with \"ACCESSION:\", not with \"" + support::Excerpt(line) + "\"");
         if (records_.size() == maximumSpectra)
             FailImport(path_, line_, "there are more than " + std::to_string(maximumSpectra) + " records");
         records_.emplace_back();
@@ -76,7 +76,7 @@ class Reader {
 
     void ReadField(const std::string& line) {
         if (line.find(':') == std::string::npos)
-            FailImport(path_, line_, "\"" + line.substr(0, 40) + "\" is no line of a MassBank record");
+            FailImport(path_, line_, "\"" + support::Excerpt(line) + "\" is no line of a MassBank record");
         if (line.starts_with("ACCESSION:") && line_ != records_.back().line)
             FailImport(path_, line_, "a new record begins before \"//\" has ended the one above; it is cut off");
         for (const auto& [key, field] : fields) {
@@ -90,7 +90,7 @@ class Reader {
         const auto words = Words(line);
         if (words.size() < 2)
             FailImport(path_, line_,
-                       "a peak needs m/z and intensity, not \"" + std::string(support::Trim(line)) + "\"");
+                       "a peak needs m/z and intensity, not \"" + support::Excerpt(support::Trim(line)) + "\"");
         AddPeak(records_.back(), line_, words[0], words[1]);
     }
 

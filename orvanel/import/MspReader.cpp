@@ -73,15 +73,15 @@ class Reader {
             return ReadPeaks(line);
         const auto colon = line.find(':');
         if (colon == std::string::npos)
-            FailImport(path_, line_, "\"" + line.substr(0, 40) + "\" is neither \"Key: value\" nor a peak");
+            FailImport(path_, line_, "\"" + support::Excerpt(line) + "\" is neither \"Key: value\" nor a peak");
         const std::string key = PlainKey(line.substr(0, colon));
         const std::string value(support::Trim(line.substr(colon + 1)));
         if (key == "NAME") Begin();
         if (records_.empty())
-            FailImport(path_, line_, "a spectrum begins with \"Name:\", not with \"" + line.substr(0, 40) + "\"");
+            FailImport(path_, line_, "a spectrum begins with \"Name:\", not with \"" + support::Excerpt(line) + "\"");
         if (inPeaks && key != "NAME")
             FailImport(path_, line_,
-                       "\"" + line.substr(0, 40) + "\" stands among the peaks; \"Name:\" begins a spectrum");
+                       "\"" + support::Excerpt(line) + "\" stands among the peaks; \"Name:\" begins a spectrum");
         if (key == "NUMPEAKS") {
             announced_ = ReadPeakCount(path_, line_, value);
             announcedLine_ = line_;
@@ -106,7 +106,8 @@ class Reader {
         for (const std::string& part : support::Split(WithoutQuoted(line), ';')) {
             const auto words = Words(part);
             if (words.empty()) continue;
-            if (words.size() < 2) FailImport(path_, line_, "a peak needs m/z and intensity, not \"" + words[0] + "\"");
+            if (words.size() < 2)
+                FailImport(path_, line_, "a peak needs m/z and intensity, not \"" + support::Excerpt(words[0]) + "\"");
             AddPeak(records_.back(), line_, words[0], words[1]);
         }
     }

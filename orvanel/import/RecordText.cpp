@@ -12,40 +12,14 @@ namespace orvanel {
 namespace {
 
 constexpr std::uint64_t sizeLimit = 32 << 20;
+constexpr std::size_t longestMessageBytes = 1000;
 constexpr double highestMz = 100000;
 constexpr double highestIntensity = 1e30;
 
-/// How many bytes the UTF-8 character at a position has, 0 when there is none. Lengths and continuation bytes decide;
-/// overlong forms do not matter for telling UTF-8 from Latin-1.
-std::size_t Utf8Length(const std::string& text, std::size_t at) {
-    const auto first = static_cast<unsigned char>(text[at]);
-    const std::size_t length = first < 0x80 ? 1 : first < 0xC2 ? 0 : first < 0xE0 ? 2 : first < 0xF0 ? 3 : 4;
-    if (first >= 0xF5 || at + length > text.size()) return 0;
-    for (std::size_t i = 1; i < length; ++i)
-        if ((static_cast<unsigned char>(text[at + i]) & 0xC0) != 0x80) return 0;
-    return length;
-}
-
-bool IsUtf8(const std::string& text) {
-    for (std::size_t at = 0; at < text.size();) {
-        const std::size_t length = Utf8Length(text, at);
-        if (length == 0) return false;
-        at += length;
-    }
-    return true;
-}
-
 std::string FromLatin1(const std::string& text) {
     std::string utf8;
-    for (const char c : text) {
-        const auto byte = static_cast<unsigned char>(c);
-        if (byte < 0x80) {
-            utf8 += c;
-        } else {
-            utf8 += static_cast<char>(0xC0 | (byte >> 6));
-            utf8 += static_cast<char>(0x80 | (byte & 0x3F));
-        }
-    }
+    for (const char c : text)
+        utf8 += support::Utf8Of(static_cast<unsigned char>(c));
     return utf8;
 }
 
@@ -54,8 +28,8 @@ double PeakNumber(const std::string& path, int line, const std::string& text, co
     const auto value = support::ParseDouble(text);
     if (!value || *value < minimum || *value > maximum)
         FailImport(path, line,
-                   "\"" + text + "\" is no " + what + ", which is a number from " + support::GeneralText(minimum) +
-                       " to " + support::GeneralText(maximum));
+                   "\"" + support::Excerpt(text) + "\" is no " + what + ", which is a number from " +
+                       support::GeneralText(minimum) + " to " + support::GeneralText(maximum));
     return *value;
 }
 
@@ -69,7 +43,8 @@ int DecimalsOf(const std::string& number) {
 }  // namespace
 
 void FailImport(const std::string& path, int line, const std::string& text) {
-    throw ports::HostError(spectrumFileFaulty, path + (line > 0 ? ", line " + std::to_string(line) : "") + ": " + text);
+    throw ports::HostError(spectrumFileFaulty, path + (line > 0 ? ", line " + std::to_string(line) : "") + ": " +
+                                                   support::Excerpt(text, longestMessageBytes));
 }
 
 std::vector<std::string> ReadTextLines(const std::string& path) {
@@ -82,7 +57,7 @@ std::vector<std::string> ReadTextLines(const std::string& path) {
     if (text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF"))
         FailImport(path, 0, "is written in UTF-16; save it as UTF-8");
     if (text.starts_with("\xEF\xBB\xBF")) text.erase(0, 3);
-    if (!IsUtf8(text)) text = FromLatin1(text);
+    if (!support::IsUtf8(text)) text = FromLatin1(text);
     std::vector<std::string> lines;
     for (std::size_t begin = 0; begin < text.size();) {
         const std::size_t end = std::min(text.find_first_of("\r\n", begin), text.size());
@@ -97,7 +72,9 @@ std::vector<std::string> ReadTextLines(const std::string& path) {
 std::size_t ReadPeakCount(const std::string& path, int line, const std::string& text) {
     const auto count = support::ParseInt32(text);
     if (!count || *count < 0 || *count > static_cast<int>(maximumPeaks))
-        FailImport(path, line, "\"" + text + "\" is no number of peaks from 0 to " + std::to_string(maximumPeaks));
+        FailImport(
+            path, line,
+            "\"" + support::Excerpt(text) + "\" is no number of peaks from 0 to " + std::to_string(maximumPeaks));
     return static_cast<std::size_t>(*count);
 }
 

@@ -180,7 +180,7 @@ class CompoundReader {
                 file_.Fail(section, *file_.Find(section.name, "Mz"), "is heavier than the precursor");
             const auto entry = file_.Find(section.name, "Formula");
             if (entry && !Contains(whole, Checked(section, *entry, node)))
-                file_.Fail(section, *entry, "is not part of the ion formula " + compound_.ionFormula);
+                file_.Fail(section, *entry, "is not part of the ion formula " + support::Excerpt(compound_.ionFormula));
         }
     }
 
@@ -190,8 +190,8 @@ class CompoundReader {
             const Composition composition = ParseFormula(entry.value);
             const double mz = IonMz(composition, node.charge, compound_.polarity == 1, elements_);
             if (std::fabs(mz - node.mz) <= formulaToleranceDa) return composition;
-            problem = entry.value + " has m/z " + support::MzText(mz) + ", more than 0.005 Da from the m/z " +
-                      support::GeneralText(node.mz) + " of node " + node.name;
+            problem = support::Excerpt(entry.value) + " has m/z " + support::MzText(mz) +
+                      ", more than 0.005 Da from the m/z " + support::GeneralText(node.mz) + " of node " + node.name;
         } catch (const std::exception& error) {
             problem = error.what();
         }

@@ -19,7 +19,7 @@ Composition ParseFormula(const std::string& formula) {
     std::size_t position = 0;
     while (position < formula.size()) {
         if (!support::IsUpper(formula[position]))
-            throw std::invalid_argument("\"" + formula + "\" has no element symbol at character " +
+            throw std::invalid_argument("\"" + support::Excerpt(formula) + "\" has no element symbol at character " +
                                         std::to_string(position + 1));
         std::string symbol(1, formula[position++]);
         while (position < formula.size() && support::IsLower(formula[position]))
@@ -31,8 +31,8 @@ Composition ParseFormula(const std::string& formula) {
         int& total = composition[symbol];
         total += count;
         if (count == 0 || total > maximumCount)
-            throw std::invalid_argument("\"" + formula + "\" has a count of " + symbol + " that is not 1 to " +
-                                        std::to_string(maximumCount));
+            throw std::invalid_argument("\"" + support::Excerpt(formula) + "\" has a count of " +
+                                        support::Excerpt(symbol) + " that is not 1 to " + std::to_string(maximumCount));
     }
     return composition;
 }

@@ -16,6 +16,7 @@ namespace orvanel {
 namespace {
 
 constexpr Limits anyMz{0.1, 100000};
+constexpr std::size_t maximumModes = 100;
 
 /// A design value: where it stands in the file, what is allowed, and where it goes. Its default is the model's own.
 struct DesignValue {
@@ -94,6 +95,8 @@ void ReadIdentity(StrictIni& file, InstrumentModel& model) {
     file.RequiredText("Model", "OperatingModes");
     const auto modes = *file.Find("Model", "OperatingModes");
     const std::size_t count = support::Split(modes.value, ',').size();
+    if (count > maximumModes)
+        file.Fail(file.Required("Model"), modes, "has more than " + std::to_string(maximumModes) + " operating modes");
     for (const double mode : file.Numbers(file.Required("Model"), modes, count, {0, 99})) {
         if (mode != std::floor(mode)) file.Fail(file.Required("Model"), modes, "an operating mode is a whole number");
         model.operatingModes.push_back(static_cast<int>(mode));

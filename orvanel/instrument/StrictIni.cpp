@@ -11,6 +11,9 @@ namespace orvanel {
 namespace {
 
 constexpr std::uint64_t sizeLimit = 4 << 20;
+constexpr std::size_t maximumSections = 1000;
+constexpr std::size_t maximumKeys = 1000;  ///< of one section
+constexpr std::size_t maximumNameBytes = 100;
 
 std::string Range(const Limits& allowed) {
     return support::GeneralText(allowed.minimum) + " to " + support::GeneralText(allowed.maximum);
@@ -25,33 +28,56 @@ StrictIni::StrictIni(const std::string& path, std::int32_t errorNumber) : path_(
     } catch (const support::FileError& error) {
         throw ports::HostError(errorNumber, error.what());
     }
+    CheckLines(text);
     document_ = support::IniDocument::Parse(text);
-    RefuseStrayLines(text);
-    RefuseRepetitions();
+    CheckNames();
 }
 
-void StrictIni::RefuseStrayLines(const std::string& text) const {
+void StrictIni::CheckLines(const std::string& text) const {
     int line = 1;
+    bool inSection = false;
     for (std::size_t begin = text.starts_with("\xEF\xBB\xBF") ? 3 : 0; begin < text.size(); ++line) {
         const std::size_t end = std::min(text.find_first_of("\r\n", begin), text.size());
         const std::string_view content = support::Trim(std::string_view(text).substr(begin, end - begin));
-        const bool known = content.empty() || content[0] == ';' || content[0] == '[';
-        if (!known && content.find('=') == std::string_view::npos)
-            Fail(line,
-                 "\"" + std::string(content) + "\" is no section, no key and no comment; a key is written Key=value");
         begin = end + (text.compare(end, 2, "\r\n") == 0 ? 2 : 1);
+        if (!support::IsPlainText(content))
+            Fail(line, "\"" + support::Excerpt(content) + "\" is no plain text; the file must be saved as UTF-8");
+        if (content.empty() || content[0] == ';') continue;
+        const std::string quoted = "\"" + support::Excerpt(content) + "\" ";
+        if (content[0] == '[') {
+            if (content.size() < 3 || content.find(']') != content.size() - 1)
+                Fail(line, quoted + "is no section; a section is written [Name]");
+            inSection = true;
+        } else if (content[0] == '=' || content.find('=') == std::string_view::npos) {
+            Fail(line, quoted + "is no section, no key and no comment; a key is written Key=value");
+        } else if (!inSection) {
+            Fail(line, quoted + "stands above the first section; move it into its section");
+        }
     }
 }
 
-void StrictIni::RefuseRepetitions() const {
+void StrictIni::CheckNames() const {
+    if (Sections().size() > maximumSections)
+        Fail(Sections()[maximumSections].line, "There are more than " + std::to_string(maximumSections) + " sections");
     std::set<std::string> sections;
     for (const Section& section : Sections()) {
+        CheckLength(section.line, section.name);
         if (!sections.insert(support::ToUpper(section.name)).second)
             Fail(section.line, "Section [" + section.name + "] occurs twice; join the two");
+        if (section.entries.size() > maximumKeys)
+            Fail(section.line, "Section [" + section.name + "] has more than " + std::to_string(maximumKeys) + " keys");
         std::set<std::string> keys;
-        for (const Entry& entry : section.entries)
+        for (const Entry& entry : section.entries) {
+            CheckLength(entry.line, entry.key);
             if (!keys.insert(support::ToUpper(entry.key)).second) Fail(section, entry, "occurs twice; remove one");
+        }
     }
+}
+
+void StrictIni::CheckLength(int line, const std::string& name) const {
+    if (name.size() > maximumNameBytes)
+        Fail(line, "\"" + support::Excerpt(name) + "\" is too long for a name, at most " +
+                       std::to_string(maximumNameBytes) + " bytes are allowed");
 }
 
 const StrictIni::Section& StrictIni::Required(const std::string& section) const {
@@ -78,8 +104,8 @@ double StrictIni::NumberOf(const std::string& section, const Entry& entry, const
                            const Limits& allowed) const {
     const auto value = support::ParseDouble(text);
     if (!value || !allowed.Contains(*value))
-        Fail(entry.line,
-             "[" + section + "] " + entry.key + ": \"" + text + "\" is not a number from " + Range(allowed));
+        Fail(entry.line, "[" + section + "] " + entry.key + ": \"" + support::Excerpt(text) +
+                             "\" is not a number from " + Range(allowed));
     return *value;
 }
 
@@ -108,7 +134,8 @@ std::vector<double> StrictIni::Numbers(const Section& section, const Entry& entr
     const auto texts = support::Split(entry.value, ',');
     if (texts.size() != count)
         Fail(section, entry,
-             "needs " + std::to_string(count) + " numbers separated by commas, not \"" + entry.value + "\"");
+             "needs " + std::to_string(count) + " numbers separated by commas, not \"" + support::Excerpt(entry.value) +
+                 "\"");
     std::vector<double> numbers;
     for (const std::string& text : texts)
         numbers.push_back(NumberOf(section.name, entry, std::string(support::Trim(text)), allowed));

@@ -12,9 +12,10 @@
 
 namespace orvanel {
 
-/// A hand-written INI file read strictly: a repeated section or key, a line that is none of section, key and comment, a
-/// number outside its range and an unknown key are refused. Every refusal is a ports::HostError that names file, line
-/// and key and says what is allowed.
+/// A hand-written INI file read strictly: a repeated section or key, a line that is none of section, key and comment or
+/// not UTF-8, a key above the first section, more than 4 MiB, 1000 sections or 1000 keys a section, a number outside
+/// its range and an unknown key are refused. Every refusal is a ports::HostError that names file, line and key and says
+/// what is allowed.
 class StrictIni {
   public:
     using Entry = support::IniDocument::Entry;
@@ -45,8 +46,9 @@ class StrictIni {
   private:
     double NumberOf(const std::string& section, const Entry& entry, const std::string& text,
                     const Limits& allowed) const;
-    void RefuseStrayLines(const std::string& text) const;
-    void RefuseRepetitions() const;
+    void CheckLines(const std::string& text) const;
+    void CheckNames() const;
+    void CheckLength(int line, const std::string& name) const;
 
     std::string path_;
     std::int32_t errorNumber_;

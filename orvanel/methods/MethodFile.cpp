@@ -1,13 +1,11 @@
 #include "orvanel/methods/MethodFile.h"
 
-#include <cmath>
 #include <limits>
 #include <set>
 
 #include "orvanel/HostErrorNumbers.h"
 #include "orvanel/XmlReader.h"
-#include "ports/HostError.h"
-#include "support/Files.h"
+#include "orvanel/XmlWriter.h"
 #include "support/NumberText.h"
 
 namespace orvanel {
@@ -20,8 +18,11 @@ constexpr const char* massSpecKind = "MassSpectrometer";
 constexpr int largestWhole = std::numeric_limits<int>::max();
 
 XmlFormat MethodFormat() {
-    return {"an acquisition method", "OrvanelMethod", 1, errorNumber::methodFileUnreadable,
-            errorNumber::methodFileDamaged};
+    return {.what = "an acquisition method",
+            .rootElement = "OrvanelMethod",
+            .unreadableNumber = errorNumber::methodFileUnreadable,
+            .damagedNumber = errorNumber::methodFileDamaged,
+            .notSavedNumber = errorNumber::methodNotSaved};
 }
 
 // Reading.
@@ -132,73 +133,58 @@ DeviceRecord ReadDevice(const XmlReader& reader, xml_node element) {
 
 // Writing.
 
-void SetText(xml_node element, const char* attribute, const std::string& text) {
-    if (!IsXmlText(text))
-        throw ports::HostError(errorNumber::methodNotSaved, "A text of element " + std::string(element.name()) +
-                                                                " holds a control character or is not UTF-8");
-    element.append_attribute(attribute) = text.c_str();
-}
-
-template <typename Value>
-void SetNumber(xml_node element, const char* attribute, Value value) {
-    if (!std::isfinite(value))
-        throw ports::HostError(errorNumber::methodNotSaved,
-                               "The value of \"" + std::string(attribute) + "\" is not a finite number");
-    element.append_attribute(attribute) = support::RoundTripText(value).c_str();
-}
-
-void WriteParameters(xml_node table, const std::vector<Parameter>& parameters) {
+void WriteParameters(const XmlWriter& writer, xml_node table, const std::vector<Parameter>& parameters) {
     for (const auto& parameter : parameters) {
         xml_node element = table.append_child("Parameter");
-        SetText(element, "id", parameter.id);
-        SetNumber(element, "value", parameter.value);
+        writer.Text(element, "id", parameter.id);
+        writer.Number(element, "value", parameter.value);
     }
 }
 
-void WriteExperiment(xml_node period, const ExperimentRecord& experiment) {
+void WriteExperiment(const XmlWriter& writer, xml_node period, const ExperimentRecord& experiment) {
     xml_node element = period.append_child("Experiment");
-    element.append_attribute("scanType") = experiment.scanType;
-    element.append_attribute("scansToSum") = experiment.scansToSum;
-    element.append_attribute("polarity") = experiment.polarity;
-    element.append_attribute("q1Resolution") = experiment.q1Resolution;
-    SetNumber(element, "firstPrecursor", experiment.firstPrecursor);
-    SetNumber(element, "secondPrecursor", experiment.secondPrecursor);
-    SetNumber(element, "scanRate", experiment.scanRate);
-    SetNumber(element, "fixedFillTimeMs", experiment.fixedFillTimeMs);
-    element.append_attribute("q0Trapping") = experiment.q0Trapping ? 1 : 0;
-    element.append_attribute("dynamicFillTime") = experiment.dynamicFillTime ? 1 : 0;
-    SetNumber(element, "excitationTimeMs", experiment.excitationTimeMs);
-    WriteParameters(element.append_child("SourceGas"), experiment.sourceGas);
+    writer.Whole(element, "scanType", experiment.scanType);
+    writer.Whole(element, "scansToSum", experiment.scansToSum);
+    writer.Whole(element, "polarity", experiment.polarity);
+    writer.Whole(element, "q1Resolution", experiment.q1Resolution);
+    writer.Number(element, "firstPrecursor", experiment.firstPrecursor);
+    writer.Number(element, "secondPrecursor", experiment.secondPrecursor);
+    writer.Number(element, "scanRate", experiment.scanRate);
+    writer.Number(element, "fixedFillTimeMs", experiment.fixedFillTimeMs);
+    writer.Whole(element, "q0Trapping", experiment.q0Trapping ? 1 : 0);
+    writer.Whole(element, "dynamicFillTime", experiment.dynamicFillTime ? 1 : 0);
+    writer.Number(element, "excitationTimeMs", experiment.excitationTimeMs);
+    WriteParameters(writer, element.append_child("SourceGas"), experiment.sourceGas);
     if (!experiment.newRangeParameters.empty())
-        WriteParameters(element.append_child("NewRange"), experiment.newRangeParameters);
+        WriteParameters(writer, element.append_child("NewRange"), experiment.newRangeParameters);
     for (const auto& range : experiment.massRanges) {
         xml_node rangeElement = element.append_child("MassRange");
-        SetNumber(rangeElement, "start", range.start);
-        SetNumber(rangeElement, "stop", range.stop);
-        SetNumber(rangeElement, "step", range.step);
-        SetNumber(rangeElement, "dwellTimeMs", range.dwellTimeMs);
-        WriteParameters(rangeElement, range.compoundParameters);
+        writer.Number(rangeElement, "start", range.start);
+        writer.Number(rangeElement, "stop", range.stop);
+        writer.Number(rangeElement, "step", range.step);
+        writer.Number(rangeElement, "dwellTimeMs", range.dwellTimeMs);
+        WriteParameters(writer, rangeElement, range.compoundParameters);
     }
 }
 
-void WritePeriod(xml_node massSpec, const PeriodRecord& period) {
+void WritePeriod(const XmlWriter& writer, xml_node massSpec, const PeriodRecord& period) {
     xml_node element = massSpec.append_child("Period");
-    element.append_attribute("cycles") = period.cycles;
+    writer.Whole(element, "cycles", period.cycles);
     if (period.ramp) {
         xml_node ramp = element.append_child("Ramp");
-        SetText(ramp, "id", period.ramp->id);
-        SetNumber(ramp, "start", period.ramp->start);
-        SetNumber(ramp, "stop", period.ramp->stop);
-        SetNumber(ramp, "step", period.ramp->step);
+        writer.Text(ramp, "id", period.ramp->id);
+        writer.Number(ramp, "start", period.ramp->start);
+        writer.Number(ramp, "stop", period.ramp->stop);
+        writer.Number(ramp, "step", period.ramp->step);
     }
     for (const auto& experiment : period.experiments)
-        WriteExperiment(element, experiment);
+        WriteExperiment(writer, element, experiment);
 }
 
 }  // namespace
 
-MethodDocument ReadMethodFile(const std::string& path) {
-    const XmlReader reader(path, MethodFormat());
+MethodDocument ReadMethodFile(const std::string& path, const support::Disk& disk) {
+    const XmlReader reader(path, MethodFormat(), disk);
     const xml_node root = reader.Root();
     reader.CheckAttributes(root, {"version", "instrument"}, {"comment"});
     reader.CheckChildren(root, {"Device"}, maximumDevices);
@@ -209,30 +195,26 @@ MethodDocument ReadMethodFile(const std::string& path) {
     return document;
 }
 
-void WriteMethodFile(const std::string& path, const MethodDocument& document) {
-    pugi::xml_document xml;
-    xml_node root = AppendXmlRoot(xml, MethodFormat());
-    if (!document.comment.empty()) SetText(root, "comment", document.comment);
+void WriteMethodFile(const std::string& path, const MethodDocument& document, const support::Disk& disk) {
+    const XmlWriter writer(MethodFormat());
+    xml_node root = writer.Root();
+    if (!document.comment.empty()) writer.Text(root, "comment", document.comment);
     for (const auto& device : document.devices) {
         xml_node element = root.append_child("Device");
-        SetText(element, "kind", device.kind);
-        SetText(element, "name", device.name);
+        writer.Text(element, "kind", device.kind);
+        writer.Text(element, "name", device.name);
         for (const auto& setting : device.settings) {
             xml_node settingElement = element.append_child("Setting");
-            SetText(settingElement, "name", setting.name);
-            SetText(settingElement, "value", setting.value);
+            writer.Text(settingElement, "name", setting.name);
+            writer.Text(settingElement, "value", setting.value);
         }
         if (!device.massSpec) continue;
         xml_node massSpec = element.append_child("MassSpec");
-        massSpec.append_attribute("operatingMode") = device.massSpec->operatingMode;
+        writer.Whole(massSpec, "operatingMode", device.massSpec->operatingMode);
         for (const auto& period : device.massSpec->periods)
-            WritePeriod(massSpec, period);
+            WritePeriod(writer, massSpec, period);
     }
-    try {
-        support::WriteWholeFile(path, XmlDocumentText(xml));
-    } catch (const support::FileError& error) {
-        throw ports::HostError(errorNumber::methodNotSaved, error.what());
-    }
+    writer.Save(path, disk);
 }
 
 }  // namespace orvanel

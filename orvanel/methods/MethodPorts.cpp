@@ -7,6 +7,7 @@
 #include "orvanel/methods/OpenDocument.h"
 #include "orvanel/methods/Validation.h"
 #include "ports/HostError.h"
+#include "support/FileNames.h"
 #include "support/Files.h"
 #include "support/Paths.h"
 #include "support/Text.h"
@@ -98,7 +99,7 @@ class DeviceMethodHandle : public ports::DeviceMethod {
 
 class AcquisitionMethodHandle : public ports::AcquisitionMethod {
   public:
-    explicit AcquisitionMethodHandle(MethodPtr method) : method_(std::move(method)) {}
+    AcquisitionMethodHandle(MethodPtr method, const support::Disk& disk) : method_(std::move(method)), disk_(disk) {}
 
     std::unique_ptr<ports::DeviceMethod> HostEnumDeviceMethods(int index) override {
         if (index < 0)
@@ -111,9 +112,11 @@ class AcquisitionMethodHandle : public ports::AcquisitionMethod {
         const std::string name = support::FileNameOf(path);
         if (name.size() <= 4 || !support::EqualIgnoringCase(name.substr(name.size() - 4), ".xmt"))
             Fail(path, "the name of a method ends in .xmt");
+        if (const std::string problem = support::FileNameProblem(name); !problem.empty())
+            Fail(path, "the name of a method " + problem);
         if (!support::FolderExists(support::FolderOf(path))) Fail(path, "its folder does not exist, create it first");
         if (!overwrite && support::FileExists(path)) Fail(path, "the file exists already and must not be overwritten");
-        WriteMethodFile(path, method_->document);
+        WriteMethodFile(path, method_->document, disk_);
         method_->unsavedChanges = false;
     }
 
@@ -123,31 +126,35 @@ class AcquisitionMethodHandle : public ports::AcquisitionMethod {
     }
 
     MethodPtr method_;
+    const support::Disk& disk_;
 };
 
 class AcquisitionServiceHandle : public ports::AcquisitionService {
   public:
-    AcquisitionServiceHandle(std::shared_ptr<const InstrumentModel> model, int currentOperatingMode)
-        : model_(std::move(model)), currentOperatingMode_(currentOperatingMode) {}
+    AcquisitionServiceHandle(std::shared_ptr<const InstrumentModel> model, int currentOperatingMode,
+                             const support::Disk& disk)
+        : model_(std::move(model)), currentOperatingMode_(currentOperatingMode), disk_(disk) {}
 
     std::unique_ptr<ports::AcquisitionMethod> HostOpenMethod(const std::string& path) override {
         auto method = std::make_shared<OpenDocument>();
-        method->document = ReadMethodFile(path);
+        method->document = ReadMethodFile(path, disk_);
         method->model = model_;
         method->currentOperatingMode = currentOperatingMode_;
-        return std::make_unique<AcquisitionMethodHandle>(std::move(method));
+        return std::make_unique<AcquisitionMethodHandle>(std::move(method), disk_);
     }
 
   private:
     std::shared_ptr<const InstrumentModel> model_;
     int currentOperatingMode_;
+    const support::Disk& disk_;
 };
 
 }  // namespace
 
 std::unique_ptr<ports::AcquisitionService> CreateAcquisitionService(std::shared_ptr<const InstrumentModel> model,
-                                                                    int currentOperatingMode) {
-    return std::make_unique<AcquisitionServiceHandle>(std::move(model), currentOperatingMode);
+                                                                    int currentOperatingMode,
+                                                                    const support::Disk& disk) {
+    return std::make_unique<AcquisitionServiceHandle>(std::move(model), currentOperatingMode, disk);
 }
 
 }  // namespace orvanel

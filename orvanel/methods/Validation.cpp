@@ -5,6 +5,7 @@
 
 #include "orvanel/HostErrorNumbers.h"
 #include "orvanel/instrument/MethodCheck.h"
+#include "orvanel/instrument/Simulator.h"
 #include "orvanel/instrument/Timing.h"
 #include "orvanel/methods/Ramp.h"
 #include "ports/HostError.h"
@@ -54,6 +55,24 @@ void CheckRampCycles(const RampRecord& ramp, int cycles) {
     if (cycles - 1 > steps + 0.501)
         RefuseAcquisition("The ramp of " + ramp.id + " has " + GeneralText(std::floor(steps + 0.501) + 1) +
                           " values and the period " + std::to_string(cycles) + " cycles, set fewer cycles");
+}
+
+/// Each value may be possible and all of them together keep the instrument busy for years.
+void CheckExtent(const InstrumentModel& model, const MassSpecRecord& method, const ExperimentRecord& experiment) {
+    double points = 0;
+    for (const auto& range : experiment.massRanges)
+        points += IsUnset(range) || !IsTrapScan(experiment.scanType)
+                      ? 1
+                      : std::floor((range.stop - range.start) / range.step + 1e-6) + 1;
+    points *= method.periods.front().cycles;
+    if (!(points <= maximumPointsPerFile))
+        RefuseAcquisition("The method would measure " + GeneralText(points) + " points, more than the " +
+                          GeneralText(maximumPointsPerFile) + " of a data file, set fewer cycles or larger steps");
+    const double hours = ExpectedDurationMs(method, model) / 3'600'000;
+    if (!(hours <= maximumHours))
+        RefuseAcquisition(
+            "The method would take " + (std::isfinite(hours) ? GeneralText(std::ceil(hours)) + " hours" : "for ever") +
+            ", more than the " + GeneralText(maximumHours) + " hours allowed, set fewer cycles or shorter times");
 }
 
 }  // namespace
@@ -178,6 +197,7 @@ void CheckSubmittable(const InstrumentModel& model, const MassSpecRecord& method
         CheckRamp(model, experiment.massRanges.front().compoundParameters, *period.ramp);
         CheckRampCycles(*period.ramp, period.cycles);
     }
+    CheckExtent(model, method, experiment);
 }
 
 }  // namespace orvanel

@@ -18,6 +18,8 @@ inline constexpr double maximumDwellTimeMs = 10000;
 inline constexpr double maximumFillTimeMs = 10000;
 inline constexpr double maximumExcitationTimeMs = 1000;
 inline constexpr double maximumPointsPerRange = 200000;
+inline constexpr double maximumPointsPerFile = 40'000'000;  ///< more could not be explored
+inline constexpr double maximumHours = 168;
 
 void CheckScanType(const InstrumentModel& model, int scanType);
 void CheckScanRate(const InstrumentModel& model, int scanType, double scanRate);

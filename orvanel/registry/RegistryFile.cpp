@@ -30,7 +30,8 @@ std::optional<std::string> RegistryFile::Read(std::string_view valuePath) const 
     const auto split = SplitPath(valuePath);
     if (!split || !support::FileExists(path_)) return std::nullopt;
     try {
-        return support::IniDocument::Parse(support::ReadWholeFile(path_, sizeLimit)).Value(split->key, split->name);
+        return support::IniDocument::Parse(support::ReadWholeFile(path_, sizeLimit, disk_))
+            .Value(split->key, split->name);
     } catch (const support::FileError&) {
         return std::nullopt;
     }
@@ -41,9 +42,9 @@ bool RegistryFile::Write(std::string_view valuePath, const std::string& value) c
         const auto split = SplitPath(valuePath);
         if (!split) return false;
         const auto lock = support::LockForSaving(path_);
-        const std::string text = support::FileExists(path_) ? support::ReadWholeFile(path_, sizeLimit) : "";
+        const std::string text = support::FileExists(path_) ? support::ReadWholeFile(path_, sizeLimit, disk_) : "";
         const std::string changed = support::WithIniValue(text, split->key, split->name, value);
-        if (changed != text) support::WriteWholeFile(path_, changed);
+        if (changed != text) support::WriteWholeFile(path_, changed, disk_);
         return true;
     } catch (const std::exception&) {
         return false;

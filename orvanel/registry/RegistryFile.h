@@ -5,6 +5,8 @@
 #include <string_view>
 #include <utility>
 
+#include "support/Disk.h"
+
 namespace orvanel {
 
 /// Names of registry values are hive, key and value name joined by "\", without regard to case.
@@ -22,7 +24,9 @@ inline constexpr std::string_view lastSubProject =
 /// The host's registry values where the system has no registry: an INI text with one section a key.
 class RegistryFile {
   public:
-    explicit RegistryFile(std::string path) : path_(std::move(path)) {}
+    /// @param disk must outlive this
+    explicit RegistryFile(std::string path, const support::Disk& disk = support::SystemDisk())
+        : path_(std::move(path)), disk_(disk) {}
 
     /// @return nothing when there is no such value, or no readable file
     std::optional<std::string> Read(std::string_view valuePath) const;
@@ -31,6 +35,7 @@ class RegistryFile {
 
   private:
     std::string path_;
+    const support::Disk& disk_;
 };
 
 }  // namespace orvanel

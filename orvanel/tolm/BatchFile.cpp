@@ -2,8 +2,9 @@
 
 #include "orvanel/HostErrorNumbers.h"
 #include "orvanel/XmlReader.h"
+#include "orvanel/XmlWriter.h"
+#include "orvanel/tolm/ProjectFiles.h"
 #include "ports/HostError.h"
-#include "support/Files.h"
 
 namespace orvanel {
 
@@ -14,27 +15,37 @@ using pugi::xml_node;
 constexpr std::size_t textLimit = 65536;
 
 XmlFormat BatchFormat() {
-    return {"an acquisition batch", "OrvanelBatch", 1, errorNumber::batchFileDamaged, errorNumber::batchFileDamaged};
+    return {.what = "an acquisition batch",
+            .rootElement = "OrvanelBatch",
+            .unreadableNumber = errorNumber::batchFileDamaged,
+            .damagedNumber = errorNumber::batchFileDamaged,
+            .notSavedNumber = errorNumber::batchNotSaved};
+}
+
+/// What is given must be a name that stays in its folder; a batch that is not complete yet has none.
+template <class Check>
+std::string Name(const XmlReader& reader, xml_node element, const char* attribute, Check check) {
+    const std::string name = reader.Text(element, attribute);
+    if (name.empty()) return name;
+    try {
+        check(name);
+    } catch (const ports::HostError& error) {
+        reader.Fail(element, error.what());
+    }
+    return name;
 }
 
 BatchSample ReadSample(const XmlReader& reader, xml_node element) {
     reader.CheckAttributes(element, {"dataFile", "sampleName", "sampleId", "rackPosition"});
     reader.CheckChildren(element, {});
-    return {reader.Text(element, "dataFile"), reader.Text(element, "sampleName"), reader.Text(element, "sampleId"),
-            reader.Text(element, "rackPosition")};
-}
-
-void SetText(xml_node element, const char* attribute, const std::string& text) {
-    if (!IsXmlText(text))
-        throw ports::HostError(errorNumber::batchNotSaved,
-                               "The batch's " + std::string(attribute) + " holds a control character or is not UTF-8");
-    element.append_attribute(attribute) = text.c_str();
+    return {Name(reader, element, "dataFile", CheckDataFileName), reader.Text(element, "sampleName"),
+            reader.Text(element, "sampleId"), reader.Text(element, "rackPosition")};
 }
 
 }  // namespace
 
-BatchRecord ReadBatchFile(const std::string& path) {
-    const XmlReader reader(path, BatchFormat());
+BatchRecord ReadBatchFile(const std::string& path, const support::Disk& disk) {
+    const XmlReader reader(path, BatchFormat(), disk);
     const xml_node root = reader.Root();
     reader.CheckAttributes(root, {"version", "instrument", "name", "user", "text", "project"});
     reader.CheckChildren(root, {"Set"}, maximumBatchSets);
@@ -46,10 +57,12 @@ BatchRecord ReadBatchFile(const std::string& path) {
     for (const auto& element : root.children("Set")) {
         reader.CheckAttributes(element, {"name", "acquisitionMethod", "processingMethod"});
         reader.CheckChildren(element, {"Sample"}, maximumSamplesPerSet);
-        BatchSet set{reader.Text(element, "name"),
-                     reader.Text(element, "acquisitionMethod"),
-                     reader.Text(element, "processingMethod"),
-                     {}};
+        BatchSet set{
+            reader.Text(element, "name"),
+            Name(reader, element, "acquisitionMethod",
+                 [](const std::string& name) { CheckFileName(errorNumber::batchFileDamaged, "method", name, ".xmt"); }),
+            reader.Text(element, "processingMethod"),
+            {}};
         for (const auto& sample : element.children("Sample"))
             set.samples.push_back(ReadSample(reader, sample));
         batch.sets.push_back(std::move(set));
@@ -57,31 +70,27 @@ BatchRecord ReadBatchFile(const std::string& path) {
     return batch;
 }
 
-void WriteBatchFile(const std::string& path, const BatchRecord& batch) {
-    pugi::xml_document xml;
-    xml_node root = AppendXmlRoot(xml, BatchFormat());
-    SetText(root, "name", batch.name);
-    SetText(root, "user", batch.user);
-    SetText(root, "text", batch.text);
-    SetText(root, "project", batch.project);
+void WriteBatchFile(const std::string& path, const BatchRecord& batch, const support::Disk& disk) {
+    const XmlWriter writer(BatchFormat());
+    xml_node root = writer.Root();
+    writer.Text(root, "name", batch.name);
+    writer.Text(root, "user", batch.user);
+    writer.Text(root, "text", batch.text);
+    writer.Text(root, "project", batch.project);
     for (const auto& set : batch.sets) {
         xml_node setElement = root.append_child("Set");
-        SetText(setElement, "name", set.name);
-        SetText(setElement, "acquisitionMethod", set.acquisitionMethod);
-        SetText(setElement, "processingMethod", set.processingMethod);
+        writer.Text(setElement, "name", set.name);
+        writer.Text(setElement, "acquisitionMethod", set.acquisitionMethod);
+        writer.Text(setElement, "processingMethod", set.processingMethod);
         for (const auto& sample : set.samples) {
             xml_node element = setElement.append_child("Sample");
-            SetText(element, "dataFile", sample.dataFile);
-            SetText(element, "sampleName", sample.sampleName);
-            SetText(element, "sampleId", sample.sampleId);
-            SetText(element, "rackPosition", sample.rackPosition);
+            writer.Text(element, "dataFile", sample.dataFile);
+            writer.Text(element, "sampleName", sample.sampleName);
+            writer.Text(element, "sampleId", sample.sampleId);
+            writer.Text(element, "rackPosition", sample.rackPosition);
         }
     }
-    try {
-        support::WriteWholeFile(path, XmlDocumentText(xml));
-    } catch (const support::FileError& error) {
-        throw ports::HostError(errorNumber::batchNotSaved, error.what());
-    }
+    writer.Save(path, disk);
 }
 
 }  // namespace orvanel

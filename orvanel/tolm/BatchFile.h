@@ -3,6 +3,8 @@
 #include <string>
 #include <vector>
 
+#include "support/Disk.h"
+
 namespace orvanel {
 
 struct BatchSample {
@@ -35,8 +37,9 @@ inline constexpr std::size_t maximumBatchSets = 100;
 inline constexpr std::size_t maximumSamplesPerSet = 1000;
 
 /// @throws ports::HostError naming file, line, what is wrong and what is expected
-BatchRecord ReadBatchFile(const std::string& path);
+BatchRecord ReadBatchFile(const std::string& path, const support::Disk& disk = support::SystemDisk());
 /// Writes the whole batch, or leaves an existing file untouched. @throws ports::HostError
-void WriteBatchFile(const std::string& path, const BatchRecord& batch);
+void WriteBatchFile(const std::string& path, const BatchRecord& batch,
+                    const support::Disk& disk = support::SystemDisk());
 
 }  // namespace orvanel

@@ -2,11 +2,10 @@
 
 #include <algorithm>
 #include <array>
-#include <string_view>
 
 #include "orvanel/HostErrorNumbers.h"
-#include "orvanel/XmlReader.h"
 #include "ports/HostError.h"
+#include "support/FileNames.h"
 #include "support/Files.h"
 #include "support/Paths.h"
 #include "support/Text.h"
@@ -17,13 +16,6 @@ namespace {
 
 constexpr const char* methodsFolder = "Acquisition Methods";
 
-bool IsReservedName(const std::string& name) {
-    static constexpr std::array<std::string_view, 4> devices = {"CON", "PRN", "AUX", "NUL"};
-    const std::string stem = support::ToUpper(support::Trim(name.substr(0, name.find('.'))));
-    if (std::find(devices.begin(), devices.end(), stem) != devices.end()) return true;
-    return stem.size() == 4 && (stem.starts_with("COM") || stem.starts_with("LPT")) && stem[3] >= '1' && stem[3] <= '9';
-}
-
 bool HasExtension(const std::string& name, const std::string& extension) {
     return name.size() > extension.size() &&
            support::EqualIgnoringCase(name.substr(name.size() - extension.size()), extension);
@@ -31,18 +23,10 @@ bool HasExtension(const std::string& name, const std::string& extension) {
 
 }  // namespace
 
-bool IsPortableName(const std::string& name) {
-    if (name.empty() || name.size() > 255 || name.back() == '.' || name.back() == ' ' || !IsXmlText(name)) return false;
-    for (const char c : name)
-        if (static_cast<unsigned char>(c) < 0x20 || std::string_view("<>:\"|?*\\/").find(c) != std::string_view::npos)
-            return false;
-    return !IsReservedName(name);
-}
-
 void CheckFileName(std::int32_t number, const std::string& what, const std::string& name,
                    const std::string& extension) {
-    if (!IsPortableName(name) || !HasExtension(name, extension))
-        throw ports::HostError(number, "\"" + name + "\" is no name of a " + what +
+    if (!support::IsPortableName(name) || !HasExtension(name, extension))
+        throw ports::HostError(number, "\"" + support::Excerpt(name) + "\" is no name of a " + what +
                                            " file, expected is a file name without folder that ends in " + extension);
 }
 
@@ -50,15 +34,15 @@ void CheckDataFileName(const std::string& name) {
     std::string plain = name;
     std::replace(plain.begin(), plain.end(), '\\', '/');
     const auto parts = support::Split(plain, '/');
-    if (!std::all_of(parts.begin(), parts.end(), IsPortableName) || !HasExtension(name, ".vesk"))
+    if (!std::all_of(parts.begin(), parts.end(), support::IsPortableName) || !HasExtension(name, ".vesk"))
         throw ports::HostError(errorNumber::badDataFile,
-                               "\"" + name +
+                               "\"" + support::Excerpt(name) +
                                    "\" is no name of a data file, expected is a path within the project's data folder "
                                    "that ends in .vesk");
 }
 
 ProjectFiles::ProjectFiles(const std::string& path, const std::string& name) : parent_(support::NativePath(path)) {
-    if (parent_.empty() || !IsPortableName(name))
+    if (parent_.empty() || !support::IsPortableName(name))
         throw ports::HostError(errorNumber::projectNotFound, "\"" + path + name + "\" is no path of a project");
     folder_ = support::JoinPath(parent_, name);
     if (!support::FolderExists(folder_))
@@ -85,14 +69,19 @@ std::string ProjectFiles::DataFile(const std::string& dataFileName) const {
     if (!support::FolderExists(support::FolderOf(path)))
         throw ports::HostError(errorNumber::badDataFile,
                                "The folder of data file " + path + " does not exist, create it first");
+    if (!support::IsWithin(support::FolderOf(path), data))
+        throw ports::HostError(errorNumber::badDataFile,
+                               "The folder of data file " + path +
+                                   " lies behind a link that leads out of the project's data, "
+                                   "replace that by a folder");
     return path;
 }
 
-std::string ProjectFiles::BatchFile(const std::string& batchFileName) const {
+std::string ProjectFiles::BatchFile(const std::string& batchFileName, const support::Disk& disk) const {
     CheckFileName(errorNumber::badBatch, "batch", batchFileName, ".xbt");
     const std::string folder = support::JoinPath(folder_, "Batch");
     try {
-        support::CreateFolders(folder);
+        support::CreateFolders(folder, disk);
     } catch (const support::FileError& error) {
         throw ports::HostError(errorNumber::batchNotSaved, error.what());
     }

@@ -3,11 +3,9 @@
 #include <cstdint>
 #include <string>
 
-namespace orvanel {
+#include "support/Disk.h"
 
-/// A name that can be a file or folder on every system: not empty, no separator, none of <>:"|?*, no control character,
-/// no reserved device name, neither "." nor "..", no blank or dot at its end.
-bool IsPortableName(const std::string& name);
+namespace orvanel {
 
 /// @param what for the error text, such as "batch"
 /// @param extension with its dot
@@ -32,10 +30,11 @@ class ProjectFiles {
     /// @throws ports::HostError when none has it
     std::string FindMethod(const std::string& methodFileName) const;
     /// In the project's "Data" where there is one, else in the parent project's.
-    /// @throws ports::HostError when the folder that the file goes to is not there
+    /// @throws ports::HostError when the folder that the file goes to is not there, or a link leads from it out of the
+    /// data
     std::string DataFile(const std::string& dataFileName) const;
     /// The file's path in the project's "Batch" folder, which is created. @throws ports::HostError
-    std::string BatchFile(const std::string& batchFileName) const;
+    std::string BatchFile(const std::string& batchFileName, const support::Disk& disk) const;
 
   private:
     std::string parent_;

@@ -20,7 +20,7 @@ const std::string& Checked(const std::string& what, const std::string& text) {
     if (text.size() > textLimit)
         Fail(what + " has " + std::to_string(text.size()) + " bytes, more than the " + std::to_string(textLimit) +
              " allowed");
-    if (!IsXmlText(text)) Fail(what + " holds a control character or is not UTF-8");
+    if (!support::IsPlainText(text)) Fail(what + " holds a control character or is not UTF-8");
     return text;
 }
 

@@ -86,7 +86,7 @@ void TolmServiceImpl::TolmSubmitBatch(const std::string& session, ports::TolmBat
                                                                   samples.back().dataFilePath + ", rename one");
         }
     }
-    WriteBatchFile(project.BatchFile(record.name), record);
+    WriteBatchFile(project.BatchFile(record.name, disk_), record, disk_);
     for (auto& sample : samples)
         actions_.enqueue(std::move(sample));
 }
@@ -95,9 +95,9 @@ std::string TolmServiceImpl::TolmSaveBatch(const std::string& session, const std
                                            ports::TolmBatch& batch) {
     const ProjectFiles& project = FindProject(session);
     BatchRecord record = RecordOf(batch);
-    std::string path = project.BatchFile(batchFileName);
+    std::string path = project.BatchFile(batchFileName, disk_);
     record.name = batchFileName;
-    WriteBatchFile(path, record);
+    WriteBatchFile(path, record, disk_);
     return path;
 }
 

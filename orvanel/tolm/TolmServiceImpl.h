@@ -23,7 +23,9 @@ class TolmServiceImpl : public ports::TolmService {
         std::function<void(const std::string& projectPath, const std::string& projectName)> projectSelected;
     };
 
-    explicit TolmServiceImpl(Actions actions) : actions_(std::move(actions)) {}
+    /// @param disk must outlive the service
+    explicit TolmServiceImpl(Actions actions, const support::Disk& disk = support::SystemDisk())
+        : actions_(std::move(actions)), disk_(disk) {}
 
     void TolmInitialize() override { initialized_ = true; }
     std::string TolmLogon(const std::string& userName, const std::string& password, const std::string& domain,
@@ -45,6 +47,7 @@ class TolmServiceImpl : public ports::TolmService {
     const ProjectFiles& FindProject(const std::string& session);
 
     Actions actions_;
+    const support::Disk& disk_;
     bool initialized_ = false;
     std::uint64_t sessionsOpened_ = 0;
     std::map<std::string, Session> sessions_;

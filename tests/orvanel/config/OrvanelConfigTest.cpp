@@ -73,8 +73,8 @@ TEST_F(OrvanelConfigTest, ErrorsNameLineKeyAndWhatIsAllowed) {
          "line 2: unknown key \"Model\", [Orvanel] may hold Running, ModelCode, OperatingMode, ClockFactor, "
          "DataLocation "
          "and AppLocation"},
-        {"[Orvanel]\nRunning=1\nrunning=1", "line 3: key \"running\" is given twice, remove one"},
-        {"[Simulation]\n[SIMULATION]", "line 2: section [SIMULATION] is there twice, join the two"},
+        {"[Orvanel]\nRunning=1\nrunning=1", "line 3: [Orvanel] running: occurs twice; remove one"},
+        {"[Simulation]\n[SIMULATION]", "line 2: Section [SIMULATION] occurs twice; join the two"},
         {"[Other]", "line 1: unknown section [Other], there may be [Orvanel], [Sample], [Simulation] and [Faults]"},
         {"[Sample]\nCompound21=x",
          "line 2: unknown key \"Compound21\", [Sample] may hold Compound1 to Compound20 and Amount1 to Amount20"},

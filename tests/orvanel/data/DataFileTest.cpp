@@ -1,14 +1,18 @@
 #include "orvanel/data/DataFile.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <fstream>
+#include <numeric>
 
 #include "orvanel/data/DataReader.h"
+#include "orvanel/data/MzmlAdapter.h"
+#include "orvanel/data/MzmlGuard.h"
 #include "ports/HostError.h"
 #include "support/Files.h"
+#include "support/Text.h"
 #include "tests/orvanel/data/SampleData.h"
+#include "tests/orvanel/instrument/InstrumentBench.h"
 #include "tests/support_files/TempFolder.h"
 
 namespace {
@@ -18,12 +22,7 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 
 std::string FailureOf(const std::string& path) {
-    try {
-        orvanel::ReadDataFile(path);
-    } catch (const ports::HostError& error) {
-        return error.what();
-    }
-    return "";
+    return orvanel::bench::ErrorOf([&] { orvanel::ReadDataFile(path); });
 }
 
 std::size_t CountOf(const std::string& text, const std::string& part) {
@@ -137,7 +136,7 @@ TEST(DataReader, SaysWhatIsWrongWithAFile) {
     }
 }
 
-TEST(DataReader, ReadsEveryCutOrDamagedFileOrRefusesIt) {
+TEST(DataReader, RefusesEveryFileThatIsCutOff) {
     const TempFolder folder;
     orvanel::WriteDataFile(folder.File("Whole.vesk"), SampleRamp(13, "AF2", 0, 0.5F, 1));
     const auto whole = support::ReadWholeFile(folder.File("Whole.vesk"));
@@ -145,45 +144,74 @@ TEST(DataReader, ReadsEveryCutOrDamagedFileOrRefusesIt) {
     const auto path = folder.File("Cut.vesk");
     for (std::size_t length = 0; length<whole.size(); length += length + 40> end ? 1 : 37) {
         std::ofstream(path, std::ios::binary) << whole.substr(0, length);
-        EXPECT_EQ(FailureOf(path).empty(), length >= end) << length;
+        EXPECT_EQ(FailureOf(path) == "no error", length >= end) << length;
     }
-    // A byte overwritten anywhere gives an error or data; a wrong index alone is no harm.
-    for (std::size_t at = 0; at < whole.size(); at += 31) {
-        auto damaged = whole;
-        damaged[at] = damaged[at] == '<' ? 'x' : '<';
-        std::ofstream(path, std::ios::binary) << damaged;
-        const auto failure = FailureOf(path);
-        if (at > end) {
-            EXPECT_EQ(failure, "") << at;
-        }
-    }
+}
+
+std::string Term(const std::string& accession, const std::string& name, const std::string& value = "") {
+    return "<cvParam cvRef=\"MS\" accession=\"MS:" + accession + "\" name=\"" + name + "\" value=\"" + value + "\"/>";
 }
 
 std::string ForeignSpectrum(const std::string& id, int level, const std::string& kind, const std::string& time,
                             const std::string& arrays) {
-    const auto term = [](const char* accession, const std::string& name, const std::string& value) {
-        return "<cvParam cvRef=\"MS\" accession=\"MS:" + std::string(accession) + "\" name=\"" + name + "\" value=\"" +
-               value + "\"/>";
-    };
     return "<spectrum index=\"0\" id=\"" + id + "\" defaultArrayLength=\"2\">" +
-           term("1000511", "ms level", std::to_string(level)) +
-           (kind == "profile" ? term("1000128", "profile spectrum", "") : term("1000127", "centroid spectrum", "")) +
+           Term("1000511", "ms level", std::to_string(level)) +
+           (kind == "profile" ? Term("1000128", "profile spectrum") : Term("1000127", "centroid spectrum")) +
            "<scanList count=\"1\"><scan>" + time + "</scan></scanList>" + arrays + "</spectrum>";
+}
+
+TEST(DataReader, CountsWhatCompressedArraysUnpackToBeforeTheyDo) {
+    const TempFolder folder;
+    auto data = SampleScan(1);
+    data.cycles[0].mz.resize(2000);
+    data.cycles[0].intensity.assign(2000, 1);
+    std::iota(data.cycles[0].mz.begin(), data.cycles[0].mz.end(), 100);
+    orvanel::WriteDataFile(folder.File("A.vesk"), data);
+    const auto text = support::ReadWholeFile(folder.File("A.vesk"));
+    EXPECT_EQ(orvanel::ReadMzml(text, 2001, 0).spectra.size(), 1u);
+    EXPECT_NO_THROW(
+        orvanel::CheckUnpackedSize(text, 1001));  // 2000 doubles and 2000 singles are 24 bytes for 1000 points
+    EXPECT_THROW(orvanel::CheckUnpackedSize(text, 999), std::runtime_error);
+}
+
+TEST(DataReader, HandsTheLibraryPlainMarkupOnly) {
+    for (const auto& [text, plain] :
+         {std::pair("<a b='&#65;&#x3B1;&#39;'>&amp;&#38;&#60;</a>", "<a b='A\xCE\xB1&apos;'>&amp;&amp;&lt;</a>"),
+          {"<a><!-- &#65; --><?b &#65;?><![CDATA[<&#65;>]]]]></a>", "<a>&lt;&amp;#65;&gt;]]</a>"},
+          {"<a>&#128512;&#xE9;</a>", "<a>\xF0\x9F\x98\x80\xC3\xA9</a>"}})
+        EXPECT_EQ(orvanel::PlainMarkup(text), plain);
+}
+
+TEST(DataReader, RefusesMarkupThatIsNotWellFormed) {
+    const auto check = [](const std::string& text) { orvanel::CheckMarkup(text, 0, text.size()); };
+    for (const char* good : {"", "a&amp;b&lt;&gt;&quot;&apos;&#65;&#x10FFFF;", "<!-- R&D <x -->&amp;",
+                             "<![CDATA[ & > < ]]>", "<?x & ?>", "<a b='\"&lt;' \n c = \">\"/>x</a >"})
+        EXPECT_NO_THROW(check(good)) << good;
+    const std::string bad =
+        "& | &# | &#x | &#x; | &#65 | &#65 ; | &#0; | &#4; | &#xD800; | &#xFFFF; | &#1114112; | &#99999999999; | &amp "
+        "| &uuml; | &; | <!-- --> & | "
+        "<a b='&'/> | < | <a | <> | <a b> | <a b=> | <a b=c> | <a b='c> | <a b='c'd='e'> | <a b='<'> | <!-- - | "
+        "<!DOCTYPE a> | <?x | </> | <a/ >";
+    for (const auto& text : support::Split(bad, '|'))
+        EXPECT_THROW(check(std::string(support::Trim(text))), std::runtime_error) << text;
+    try {
+        check("<a>\n<b c d='e'>");
+    } catch (const std::runtime_error& error) {
+        EXPECT_STREQ(error.what(), "line 2: \"<b c d='e'>\" is no sound tag, so this is not sound XML");
+    }
 }
 
 TEST(DataReader, TakesTheExperimentOfTheFirstSpectrumFromAForeignFile) {
     // Two points (100, 200), 64 bit; intensities (1, 3), 32 bit; m/z written in falling order in the second set.
-    const auto arrays = [](const char* mz) {
-        return "<binaryDataArrayList count=\"2\"><binaryDataArray encodedLength=\"24\"><cvParam cvRef=\"MS\" "
-               "accession=\"MS:1000523\" name=\"64-bit float\" value=\"\"/><cvParam cvRef=\"MS\" "
-               "accession=\"MS:1000576\" name=\"no compression\" value=\"\"/><cvParam cvRef=\"MS\" "
-               "accession=\"MS:1000514\" name=\"m/z array\" value=\"\"/><binary>" +
-               std::string(mz) +
-               "</binary></binaryDataArray><binaryDataArray encodedLength=\"12\"><cvParam cvRef=\"MS\" "
-               "accession=\"MS:1000521\" name=\"32-bit float\" value=\"\"/><cvParam cvRef=\"MS\" "
-               "accession=\"MS:1000576\" name=\"no compression\" value=\"\"/><cvParam cvRef=\"MS\" "
-               "accession=\"MS:1000515\" name=\"intensity array\" value=\"\"/><binary>AACAPwAAQEA=</binary>"
-               "</binaryDataArray></binaryDataArrayList>";
+    const auto array = [](int length, const std::string& terms, const std::string& binary) {
+        return "<binaryDataArray encodedLength=\"" + std::to_string(length) + "\">" + terms +
+               Term("1000576", "no compression") + "<binary>" + binary + "</binary></binaryDataArray>";
+    };
+    const auto arrays = [&](const char* mz) {
+        return "<binaryDataArrayList count=\"2\">" +
+               array(24, Term("1000523", "64-bit float") + Term("1000514", "m/z array"), mz) +
+               array(12, Term("1000521", "32-bit float") + Term("1000515", "intensity array"), "AACAPwAAQEA=") +
+               "</binaryDataArrayList>";
     };
     const char* rising = "AAAAAAAAWUAAAAAAAABpQA==";
     const char* falling = "AAAAAAAAaUAAAAAAAABZQA==";
@@ -219,32 +247,30 @@ TEST(DataReader, TakesTheExperimentOfTheFirstSpectrumFromAForeignFile) {
     EXPECT_THAT(content.spectra[1].mz, ElementsAre(100, 200));
     EXPECT_THAT(content.spectra[1].intensity, ElementsAre(3, 1));
 
-    auto lengths = text;
-    lengths.replace(lengths.find("AACAPwAAQEA="), 12, "AACAPw==");
-    support::WriteWholeFile(folder.File("G.mzML"), lengths);
-    EXPECT_NE(FailureOf(folder.File("G.mzML")), "");
-    auto notFinite = text;
-    notFinite.replace(notFinite.find("AACAPwAAQEA="), 12, "AADAfwAAQEA=");
-    support::WriteWholeFile(folder.File("G.mzML"), notFinite);
-    EXPECT_THAT(FailureOf(folder.File("G.mzML")),
-                HasSubstr("spectrum 1: the intensity array holds a value that is no finite number"));
+    for (const auto& [old, replacement, reason] :
+         {std::tuple{"AACAPwAAQEA=", "AACAPw==", ""},
+          {"AACAPwAAQEA=", "AADAfwAAQEA=", "spectrum 1: the intensity array holds a value that is no finite number"},
+          {rising, "AAAAAAAAWUAAAACAgIROQQ==",  // 100, 4000001
+           "spectrum 1: the m/z array holds 4000001, allowed is up to 1000000"}}) {
+        auto damaged = text;
+        damaged.replace(damaged.find(old), std::string(old).size(), replacement);
+        support::WriteWholeFile(folder.File("G.mzML"), damaged);
+        EXPECT_THAT(FailureOf(folder.File("G.mzML")), HasSubstr(reason));
+        EXPECT_NE(FailureOf(folder.File("G.mzML")), "no error");
+    }
 }
 
 TEST(DataReader, TellsExperimentsApartByPrecursorsAndScanWindow) {
     const auto spectrum = [](const std::string& precursors, const std::string& lowMz) {
-        const auto term = [](const char* accession, const char* name, const std::string& value) {
-            return "<cvParam cvRef=\"MS\" accession=\"MS:" + std::string(accession) + "\" name=\"" + name +
-                   "\" value=\"" + value + "\"/>";
-        };
         auto text = ForeignSpectrum(
             "scan=1", 3, "centroid",
-            "<scanWindowList count=\"1\"><scanWindow>" + term("1000501", "scan window lower limit", lowMz) +
-                term("1000500", "scan window upper limit", "500") + "</scanWindow></scanWindowList>",
+            "<scanWindowList count=\"1\"><scanWindow>" + Term("1000501", "scan window lower limit", lowMz) +
+                Term("1000500", "scan window upper limit", "500") + "</scanWindow></scanWindowList>",
             "");
         std::string list;
         for (std::size_t at = 0; at < precursors.size(); at += 4)
             list += "<precursor><isolationWindow>" +
-                    term("1000827", "isolation window target m/z", precursors.substr(at, 4)) +
+                    Term("1000827", "isolation window target m/z", precursors.substr(at, 4)) +
                     "</isolationWindow></precursor>";
         text.insert(text.find("</scanList>") + 11, "<precursorList count=\"2\">" + list + "</precursorList>");
         return text;

@@ -2,23 +2,14 @@
 
 #include <gtest/gtest.h>
 
-#include "ports/HostError.h"
 #include "support/Files.h"
+#include "tests/orvanel/instrument/InstrumentBench.h"
 #include "tests/support_files/TempFolder.h"
 
 namespace orvanel {
 namespace {
 
 const std::string shipped = std::string(VELTRA_APP_LOCATION) + "/bin/QvElements.ini";
-
-std::string OpeningError(const std::string& path) {
-    try {
-        OpenElementTableFile(path);
-    } catch (const ports::HostError& error) {
-        return error.what();
-    }
-    return "no error";
-}
 
 TEST(ElementTableFile, ShippedTableHasTheKnownMasses) {
     const auto table = OpenElementTableFile(shipped);
@@ -49,12 +40,8 @@ TEST(ElementTableFile, ShippedTableHasTheKnownMasses) {
 TEST(ElementTableFile, UnknownSymbolNamesSymbolAndFile) {
     const auto table = OpenElementTableFile(shipped);
     for (const char* const symbol : {"Xx", "cl", "CL", "", "Tc"}) {
-        try {
-            table->GetIsotopes(symbol);
-            ADD_FAILURE() << symbol;
-        } catch (const ports::HostError& error) {
-            EXPECT_EQ(error.what(), "\"" + std::string(symbol) + "\" is no element of " + shipped);
-        }
+        EXPECT_EQ(bench::ErrorOf([&] { table->GetIsotopes(symbol); }),
+                  "\"" + std::string(symbol) + "\" is no element of " + shipped);
     }
 }
 
@@ -80,9 +67,10 @@ TEST(ElementTableFile, RefusesFaultsByFileAndLine) {
     const std::string path = folder.File("e.ini");
     for (const Case& faulty : cases) {
         support::WriteWholeFile(path, faulty.text);
-        EXPECT_EQ(OpeningError(path), path + faulty.message);
+        EXPECT_EQ(bench::ErrorOf([&] { OpenElementTableFile(path); }), path + faulty.message);
     }
-    EXPECT_NE(OpeningError(folder.File("none.ini")).find("none.ini"), std::string::npos);
+    EXPECT_NE(bench::ErrorOf([&] { OpenElementTableFile(folder.File("none.ini")); }).find("none.ini"),
+              std::string::npos);
 }
 
 }  // namespace

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include "tests/orvanel/import/ImportBench.h"
 
 namespace orvanel {
@@ -57,6 +59,19 @@ TEST(SpectrumReaders, TakeLatin1ByteOrderMarksAndOldLineEnds) {
     const auto marked = Read(folder, "\xEF\xBB\xBF" + text);
     EXPECT_EQ(marked[0].authors.text, "Bj\xC3\xB6rn");
     EXPECT_EQ(marked[0].peaks.size(), 2u);
+}
+
+TEST(SpectrumReaders, FindTheFilesOfAFolder) {
+    const TempFolder folder;
+    for (const char* name : {"b.MSP", "a.txt", "c.ini"})
+        support::WriteWholeFile(folder.File(name), "");
+    EXPECT_EQ(SpectrumFiles({"one.dat", folder.Path()}),
+              (std::vector<std::string>{"one.dat", folder.File("a.txt"), folder.File("b.MSP")}));
+    std::filesystem::create_directory(folder.File("empty"));
+    EXPECT_EQ(bench::ErrorOf([&] { SpectrumFiles({folder.File("empty")}); }),
+              folder.File("empty") + ": the folder holds no .txt and no .msp file");
+    EXPECT_EQ(bench::ErrorOf([&] { SpectrumFiles(std::vector<std::string>(1001, "x.txt")); }),
+              "x.txt: is one file too many, at most 1000 are read");
 }
 
 TEST(SpectrumReaders, RefuseDamagedFilesByLine) {

@@ -32,17 +32,6 @@ TEST(Transmission, EpAndCepHaveTheirOptima) {
     EXPECT_NEAR(CepTransmission(model, best - 0.7 * sigma, 300), std::exp(-0.5), 1e-12);
 }
 
-TEST(Transmission, RelativeToTheBestVoltages) {
-    const InstrumentModel model = bench::LinearTrap();
-    const Compound compound = bench::Shipped("warfarin");
-    const double cep = 8 + 0.033 * 307.0976;
-    EXPECT_NEAR(RelativeTransmission(model, compound, -55, -9, -cep), 1, 1e-12);
-    EXPECT_NEAR(RelativeTransmission(model, compound, -55, -14, -cep), std::exp(-0.5), 1e-12);
-    EXPECT_LT(RelativeTransmission(model, compound, -20, -9, -cep), 0.75);
-    const InstrumentModel without = LoadInstrumentModel(bench::share + "/models/kelvor.ini");
-    EXPECT_NEAR(RelativeTransmission(without, compound, -55, -9, 0), 1, 1e-12);
-}
-
 TEST(Transmission, QuadrupoleWindows) {
     const InstrumentModel model = bench::LinearTrap();
     struct Case {

@@ -1,4 +1,3 @@
-#include <functional>
 
 #include "orvanel/methods/Validation.h"
 #include "tests/orvanel/methods/MethodTestTools.h"
@@ -14,8 +13,6 @@ TEST(CheckSubmittable, NamesWhatKeepsAMethodFromBeingAcquired) {
     } cases[] = {
         {[](auto&) {}, ""},
         {[](auto& m) { m.periods.clear(); }, "1121: The method has no experiment to acquire"},
-        {[](auto& m) { m.periods[0].experiments[0].massRanges.clear(); },
-         "6131: The method cannot be acquired: its experiment has no mass range"},
         {[](auto& m) { m.periods[0].experiments[0].massRanges[0].start = 40; },
          "6131: The method cannot be acquired: the start of a mass range is 40, allowed is 50 to 1000"},
         {[](auto& m) { m.periods[0].experiments[0].massRanges.push_back({}); },
@@ -31,6 +28,24 @@ TEST(CheckSubmittable, NamesWhatKeepsAMethodFromBeingAcquired) {
         {[](auto& m) { m.periods[0].cycles = 52; },
          "1121: The ramp of AF2 has 51 values and the period 52 cycles, set fewer cycles"},
         {[](auto& m) { m.periods[0].cycles = 50; }, ""},
+        {[](auto& m) {
+             m.periods[0].ramp.reset();
+             m.periods[0].cycles = 100000;
+         },
+         "1121: The method would measure 500100000 points, more than the 40000000 of a data file, set fewer cycles or "
+         "larger "
+         "steps"},
+        {[](auto& m) {
+             auto& experiment = m.periods[0].experiments[0];
+             experiment.scansToSum = 1000;
+             experiment.fixedFillTimeMs = experiment.excitationTimeMs = 10000;
+         },
+         "1121: The method would take 289 hours, more than the 168 hours allowed, set fewer cycles or shorter times"},
+        {[](auto& m) {  // a range that was not set hides nothing else
+             m.periods[0].experiments[0].massRanges.push_back({0, 0, 0, 50, {}});
+             m.periods[0].experiments[0].scanRate = 0;
+         },
+         "1121: The method would take for ever, more than the 168 hours allowed, set fewer cycles or shorter times"},
     };
     for (const auto& one : cases) {
         auto method = *MethodForTests().MassSpec();

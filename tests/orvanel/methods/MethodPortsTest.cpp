@@ -1,8 +1,6 @@
 #include "orvanel/methods/MethodPorts.h"
 
 #include <cmath>
-#include <functional>
-#include <limits>
 
 #include "orvanel/methods/MethodFile.h"
 #include "support/Files.h"
@@ -229,6 +227,8 @@ TEST_F(MethodPorts, SavingObeysFolderNameAndOverwriting) {
         {folder_.File("none/m.xmt"), true, "its folder does not exist, create it first"},
         {folder_.File("m.txt"), true, "the name of a method ends in .xmt"},
         {folder_.File(".xmt"), true, "the name of a method ends in .xmt"},
+        {folder_.File("a*.xmt"), true, "the name of a method cannot hold \"*\""},
+        {folder_.File("aux.xmt"), true, "the name of a method cannot be that of the device AUX"},
     };
     for (const auto& one : cases)
         EXPECT_EQ(HostErrorOf([&] { method_->HostSaveMethodAs(one.path, one.overwrite); }),

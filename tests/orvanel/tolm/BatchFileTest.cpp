@@ -43,6 +43,14 @@ TEST(BatchFile, RefusesForeignFilesAndUnknownParts) {
         {head + " owner=\"\"/>",
          ", line 1: element OrvanelBatch has an unknown attribute \"owner\", it may have: version, instrument, name, "
          "user, text, project"},
+        {head + "><Set name=\"\" acquisitionMethod=\"../m.xmt\" processingMethod=\"\"/></OrvanelBatch>",
+         ", line 1: \"../m.xmt\" is no name of a method file, expected is a file name without folder that ends in "
+         ".xmt"},
+        {head + "><Set name=\"\" acquisitionMethod=\"m.xmt\" processingMethod=\"\">\n"
+                "<Sample dataFile=\"../d.vesk\" sampleName=\"\" sampleId=\"\" rackPosition=\"\"/></Set></OrvanelBatch>",
+         ", line 2: \"../d.vesk\" is no name of a data file, expected is a path within the project's data folder that "
+         "ends "
+         "in .vesk"},
         {head + "><Set name=\"&#1;\" acquisitionMethod=\"\" processingMethod=\"\"/></OrvanelBatch>",
          ", line 1: attribute \"name\" holds a control character"},
     };

@@ -1,8 +1,9 @@
-#include <functional>
+#include <filesystem>
 
 #include "orvanel/tolm/BatchFile.h"
 #include "orvanel/tolm/TolmServiceImpl.h"
 #include "support/Files.h"
+#include "support/Text.h"
 #include "tests/orvanel/methods/MethodTestTools.h"
 #include "tests/support_files/TempFolder.h"
 
@@ -123,7 +124,7 @@ TEST_F(TolmService, NamesStayInTheProject) {
     for (const char* name : {"", ".vesk", "d.raw", "../d.vesk", "a/../d.vesk", "/d.vesk", "C:\\d.vesk", "a//d.vesk",
                              "NUL.vesk", "com1/d.vesk", "a /d.vesk", "a./d.vesk", "a?b.vesk", "a\nb.vesk", "\xFF.vesk"})
         EXPECT_EQ(HostErrorOf([&] { batch->TolmSetSampleDataFile(0, 0, name); }),
-                  std::string("1207: \"") + name +
+                  "1207: \"" + support::Excerpt(name) +
                       "\" is no name of a data file, expected is a path within the project's data folder that ends in "
                       ".vesk");
     for (const char* name : {"Caf\xC3\xA9 Veltra (5-13-2024, 3h45m12 PM)\\d.vesk", "Console.VESK", "a.b/c.vesk"})
@@ -134,6 +135,19 @@ TEST_F(TolmService, NamesStayInTheProject) {
     EXPECT_NE(HostErrorOf([&] { batch->TolmSetSetAcquisitionMethod(0, "sub/m.xmt"); }), "");
     Select();
     EXPECT_NE(HostErrorOf([&] { service_.TolmSaveBatch(session_, "b.txt", *batch); }), "");
+
+    // A link below the data is a way out of the project, the data folder itself may lie anywhere.
+    std::filesystem::create_directories(folder_.File("elsewhere/in"));
+    std::filesystem::create_directory_symlink(folder_.File("elsewhere"), folder_.File("Projects/P1/Data/out"));
+    const auto out = Batch("m.xmt", "out/in/d.vesk");
+    EXPECT_EQ(HostErrorOf([&] { service_.TolmSubmitBatch(session_, *out); }),
+              "1207: The folder of data file " + folder_.File("Projects/P1/Data/out/in/d.vesk") +
+                  " lies behind a link that leads out of the project's data, replace that by a folder");
+    EXPECT_TRUE(queued_.empty());
+    std::filesystem::remove_all(folder_.File("Projects/P1/Data"));
+    std::filesystem::create_directory_symlink(folder_.File("elsewhere"), folder_.File("Projects/P1/Data"));
+    const auto in = Batch("m.xmt", "in/d.vesk");
+    EXPECT_EQ(HostErrorOf([&] { service_.TolmSubmitBatch(session_, *in); }), "");
 }
 
 TEST_F(TolmService, WrongCallsAreAnswered) {
@@ -165,14 +179,6 @@ TEST_F(TolmService, WrongCallsAreAnswered) {
     };
     for (const auto& one : cases)
         EXPECT_EQ(HostErrorOf(one.action), one.expected);
-}
-
-TEST_F(TolmService, SessionsEndWithTheirLogoff) {
-    const std::string second = service_.TolmLogon("", "", "", "", "Veltra");
-    EXPECT_NE(second, session_);
-    service_.TolmLogoff(session_);
-    EXPECT_NE(HostErrorOf([&] { service_.TolmNewBatch(session_); }), "");
-    EXPECT_EQ(HostErrorOf([&] { service_.TolmNewBatch(second); }), "");
 }
 
 TEST_F(TolmService, SavingNeedsNoMethodOrDataFile) {
