@@ -13,6 +13,7 @@
 #include "app/DialogControls.h"
 #include "app/frmAdvancedSettings.h"
 #include "app/frmMZCalculator.h"
+#include "support/FileNames.h"
 #include "support/NumberText.h"
 #include "support/Paths.h"
 #include "support/Text.h"
@@ -147,7 +148,7 @@ std::string frmSettings::FirstProblem() const {
     const auto value = support::IsNumericText(mz) ? support::ParseDouble(mz) : std::nullopt;
     if (!value) return "The m/z entered is not a valid number";
     if (*value < lowestMz || *value > highestMz) return "m/z must be in the range of 15 Da to 1700 Da";
-    return {};
+    return support::CompoundNameProblem(compound);
 }
 
 std::string frmSettings::ProjectNameOf(const std::string& methodPath) {

@@ -11,6 +11,7 @@
 #include "orvanel/clock/HostClock.h"
 #include "run/InstrumentCheck.h"
 #include "run/StartButton.h"
+#include "support/Files.h"
 #include "support/Paths.h"
 #include "support/Platform.h"
 #include "support/modFileUtils.h"
@@ -23,13 +24,15 @@ int main(int argc, char** argv) {
     QApplication::setWindowIcon(QIcon(":/veltra.svg"));
     app::QtMessageBoxes messageBoxes;
     try {
+        const std::string settingsPath = veltra::clsInfo_Settings::DefaultIniPath();
+        const auto soleUse = support::HoldFile(settingsPath, "Veltra");
         const std::string folder = support::ProgramFolder();
         const auto config = orvanel::ReadOrvanelConfig(support::JoinPath(folder, "Orvanel.ini"),
                                                        support::JoinPath(support::FolderOf(folder), "share/orvanel"));
         orvanel::HostClock clock(config.clockFactor, std::chrono::system_clock::now(), support::DateFormatOfProcess());
         const auto host = orvanel::CreateOrvanelHost(config, clock);
 
-        veltra::clsInfo_Settings settings(veltra::clsInfo_Settings::DefaultIniPath());
+        veltra::clsInfo_Settings settings(settingsPath);
         settings.ReadGlobalSettings();
         app::QtFolderChooser folderChooser;
         app::frmMain window;

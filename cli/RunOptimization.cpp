@@ -86,6 +86,7 @@ ExitStatus RunOptimization(const std::string& settingsPath, const std::string& h
     const std::string hostIni =
         hostPath.empty() ? support::JoinPath(support::FolderOf(settings), "Orvanel.ini") : hostPath;
     try {
+        const auto soleUse = support::HoldFile(settings, "Veltra");
         const auto config = orvanel::ReadOrvanelConfig(hostIni, DefaultAppLocation());
         orvanel::HostClock clock(config.clockFactor, std::chrono::system_clock::now(), support::DateFormatOfProcess());
         const auto host = orvanel::CreateOrvanelHost(config, clock);

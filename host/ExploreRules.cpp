@@ -3,6 +3,8 @@
 #include <memory>
 #include <utility>
 
+#include "host/HostWrapper.h"
+#include "support/NumberText.h"
 #include "support/modSorts.h"
 
 namespace veltra {
@@ -24,12 +26,12 @@ Monoisotopic CollectMonoisotopic(const ports::PeakList& list, double mass, doubl
     Monoisotopic found;
     const int count = list.ExplorePeakCount();
     for (int number = 1; number <= count; ++number) {
-        if (list.ExplorePeakAttribute(number, List::attributeIsotopeMarker) != 1) continue;
+        if (Finite(list.ExplorePeakAttribute(number, List::attributeIsotopeMarker)) != 1) continue;
         auto peak = std::make_shared<clsItem_Peak>();
-        peak->CentroidIntensity = list.ExplorePeakCentroid(number, List::centroidIntensity);
-        peak->CentroidMass = list.ExplorePeakCentroid(number, List::centroidMz);
+        peak->CentroidIntensity = Finite(list.ExplorePeakCentroid(number, List::centroidIntensity));
+        peak->CentroidMass = Finite(list.ExplorePeakCentroid(number, List::centroidMz));
         if (withAreas) {
-            const double area = list.ExplorePeakAttribute(number, List::attributeArea);
+            const double area = Finite(list.ExplorePeakAttribute(number, List::attributeArea));
             found.totalArea += area;
             if (peak->CentroidMass > low && peak->CentroidMass <= high) found.parentArea += area;
         }
@@ -43,42 +45,38 @@ Monoisotopic CollectMonoisotopic(const ports::PeakList& list, double mass, doubl
 std::optional<double> XOfMaximum(ports::ChromatogramData& chromatogram) {
     if (chromatogram.ExplorePointCount() < 1) return std::nullopt;
     chromatogram.ExploreSortPoints(false, false);
-    if (!(chromatogram.ExplorePointY(1) > 0)) return std::nullopt;
-    return chromatogram.ExplorePointX(1);
+    if (!(Finite(chromatogram.ExplorePointY(1)) > 0)) return std::nullopt;
+    return Finite(chromatogram.ExplorePointX(1));
 }
 
 std::optional<double> XAtPercentOfMaximum(ports::ChromatogramData& chromatogram, std::int16_t percentage) {
     const int count = chromatogram.ExplorePointCount();
     if (count < 1) return std::nullopt;
     chromatogram.ExploreSortPoints(false, true);
-    const double maximum = chromatogram.ExplorePointY(count);
+    const double maximum = Finite(chromatogram.ExplorePointY(count));
     if (!(maximum > 0)) return std::nullopt;
     const double threshold = percentage / 100.0 * maximum;
     for (int point = 1; point <= count; ++point)
-        if (!(chromatogram.ExplorePointY(point) < threshold)) return chromatogram.ExplorePointX(point);
+        if (!(Finite(chromatogram.ExplorePointY(point)) < threshold)) return Finite(chromatogram.ExplorePointX(point));
     return std::nullopt;
 }
 
 int HighestMonoisotopicPeak(const ports::PeakList& peaks, double mass, double tolerance) {
     using List = ports::PeakList;
     constexpr int chargeWhenUnknown = 2;
-    const auto isMonoisotopic = [&](int peak) {
-        return peaks.ExplorePeakAttribute(peak, List::attributeIsotopeMarker) == 1;
-    };
+    const auto attribute = [&](int peak, int which) { return Finite(peaks.ExplorePeakAttribute(peak, which)); };
 
     const int highest = peaks.ExploreFindHighestInRange(mass - tolerance, mass + tolerance);
-    if (highest < 1 || peaks.ExplorePeakAttribute(highest, List::attributeIsotopeMarker) != 0) return highest;
+    if (highest < 1 || attribute(highest, List::attributeIsotopeMarker) != 0) return highest;
 
-    const auto known = static_cast<int>(peaks.ExplorePeakAttribute(highest, List::attributeCharge));
+    const auto known = support::ToInt32(attribute(highest, List::attributeCharge));
     const int charge = known == 0 ? chargeWhenUnknown : known;
     const double spacing = 1.0 / charge;
-    const int lower =
-        peaks.ExploreFindNearest(peaks.ExplorePeakAttribute(highest, List::attributeMz) - spacing, tolerance);
+    const int lower = peaks.ExploreFindNearest(attribute(highest, List::attributeMz) - spacing, tolerance);
     if (lower < 1) return highest;
     const double ratioLimit = 1700.0 / (charge * mass) - 0.2;
-    const double ratio = peaks.ExplorePeakAttribute(lower, List::attributeArea) /
-                         peaks.ExplorePeakAttribute(highest, List::attributeArea);
-    return isMonoisotopic(lower) && ratio > ratioLimit ? lower : highest;
+    const double ratio = attribute(lower, List::attributeArea) / attribute(highest, List::attributeArea);
+    return attribute(lower, List::attributeIsotopeMarker) == 1 && ratio > ratioLimit ? lower : highest;
 }
 
 PeakCollection TopMonoisotopicPeaks(const ports::PeakList& peaks, std::int16_t count, double massToExclude,

@@ -1,18 +1,47 @@
 #pragma once
 
 #include <exception>
+#include <memory>
+#include <optional>
 #include <string>
 #include <utility>
+
+#include "ports/RunDisplay.h"
+#include "support/RunTimeError.h"
 
 namespace veltra {
 
 /// " (Error N: text)." of a failure: the host's own number and text where it reported one.
-std::string ErrorSuffix(const std::exception& error);
+std::string ErrorSuffix(const std::exception_ptr& error);
+
+/// Runs the body. Whatever it throws is a failure, but for ports::RunTornDown: that unwinds on.
+/// @return the failure's ErrorSuffix, or nothing when there was none
+template <class Body>
+std::optional<std::string> FailureOf(Body&& body) {
+    try {
+        body();
+        return std::nullopt;
+    } catch (const ports::RunTornDown&) {
+        throw;
+    } catch (...) {
+        return ErrorSuffix(std::current_exception());
+    }
+}
+
+/// A handle that the host has given, or should have. @throws support::RunTimeError when it is none
+template <class Handle>
+Handle& Required(const std::unique_ptr<Handle>& handle) {
+    if (!handle) throw support::RunTimeError::ObjectNotSet();
+    return *handle;
+}
+
+/// A number that the host has answered. @throws support::RunTimeError when no single-precision number can hold it: not
+/// a number, infinite, or too large
+double Finite(double answer);
+float Finite(float answer);
 
 /// What every wrapper around a host service shares: the first failure is kept as ErrorOccurred and ErrorDescription,
 /// and an operation of a failed object does nothing. Failures are never thrown to callers.
-///
-/// Only failures (std::exception) are caught here. A run that is being torn down unwinds through the wrappers.
 class HostWrapper {
   public:
     bool ErrorOccurred() const { return errorOccurred_; }
@@ -45,11 +74,7 @@ class HostWrapper {
     /// The same without looking at earlier failures.
     template <class Body, class Message>
     void Attempt(Body&& body, Message&& message) {
-        try {
-            body();
-        } catch (const std::exception& error) {
-            Fail(message() + ErrorSuffix(error));
-        }
+        if (const auto failure = FailureOf(std::forward<Body>(body))) Fail(message() + *failure);
     }
 
   private:

@@ -2,6 +2,7 @@
 
 #include "host/HostWrapper.h"
 #include "host/clsTolmBatch.h"
+#include "support/Text.h"
 #include "support/modGlobals.h"
 
 namespace veltra {
@@ -12,13 +13,26 @@ RunState::RunState(const RunPorts& ports, clsInfo_Settings& runSettings)
       messageBoxes(ports.messageBoxes),
       folderChooser(ports.folderChooser),
       clock(ports.clock),
+      disk(ports.disk),
       settings(runSettings) {}
 
 RunState::~RunState() = default;
 
+void RunState::AppendToLogFile(const std::string& text) const {
+    constexpr int attempts = 2;
+    if (!results) return;
+    std::string& unwritten = results->UnwrittenLogLines;
+    for (int attempt = 0; attempt < attempts; ++attempt) {
+        if (!support::AppendLineToFile(results->LogFilePath, unwritten + text, disk)) continue;
+        unwritten.clear();
+        return;
+    }
+    unwritten += text + support::crLf;
+}
+
 void RunState::WriteLogLine(const std::string& strText) const {
     const ports::DateTimeTexts now = clock.Now();
-    if (results) support::AppendLineToFile(results->LogFilePath, "[" + now.generalDate + "]  " + strText);
+    AppendToLogFile("[" + now.generalDate + "]  " + strText);
     display.AddLogEntry("[" + now.longTime + "]   " + strText);
 }
 

@@ -12,6 +12,7 @@
 #include "ports/Host.h"
 #include "ports/MessageBoxes.h"
 #include "ports/RunDisplay.h"
+#include "support/Disk.h"
 
 namespace veltra {
 
@@ -25,6 +26,7 @@ struct RunPorts {
     ports::MessageBoxes& messageBoxes;
     ports::FolderChooser& folderChooser;
     const ports::Clock& clock;
+    const support::Disk& disk = support::SystemDisk();
 };
 
 /// Run-wide state, shared by every class of a run. One object a program, made in its main.
@@ -40,6 +42,7 @@ class RunState {
     ports::MessageBoxes& messageBoxes;
     ports::FolderChooser& folderChooser;
     const ports::Clock& clock;
+    const support::Disk& disk;
     clsInfo_Settings& settings;
 
     std::unique_ptr<ports::HostApplication> hostApplication;  ///< attached by the run's initialisation
@@ -50,6 +53,10 @@ class RunState {
     std::int32_t InstrumentModelCode = 0;  ///< 0 until it could be read
     bool EPAndCEPSupported = true;
     bool AbortRequested = false;
+
+    /// Appends the text as a line to the run's log file, once it has one. What the disk does not take is tried again,
+    /// at once and with the next line, so that a fault that passes costs no line.
+    void AppendToLogFile(const std::string& text) const;
 
     /// Writes the text with date and time to the run's log file, once it has one, and with the time to the display's
     /// log.

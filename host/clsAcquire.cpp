@@ -16,20 +16,13 @@ float Mirrored(float value) {
     return 0.0F - std::abs(value);
 }
 
-template <class Handle>
-Handle& Required(const std::unique_ptr<Handle>& handle) {
-    if (!handle) throw support::RunTimeError::ObjectNotSet();
-    return *handle;
-}
-
 }  // namespace
 
 clsAcquire::clsAcquire(RunState& runState) : runState_(runState) {
-    try {
+    // Without the service the load fails, and that is where callers look.
+    FailureOf([&] {
         if (runState.hostApplication) service_ = runState.hostApplication->GetAcquisitionService();
-    } catch (const std::exception&) {
-        // Without the service the load fails, and that is where callers look.
-    }
+    });
 }
 
 clsAcquire::~clsAcquire() = default;
@@ -40,11 +33,8 @@ void clsAcquire::OpenMethod(const std::string& path) {
     period_.reset();
     massSpecMethod_.reset();
     method_.reset();
-    try {
-        method_ = Required(service_).HostOpenMethod(path);
-    } catch (const std::exception&) {
-        // The message names the file; what is wrong with it does not matter to a run that cannot use it.
-    }
+    // The message names the file; what is wrong with it does not matter to a run that cannot use it.
+    FailureOf([&] { method_ = Required(service_).HostOpenMethod(path); });
     if (!method_) Fail("Acquire: Error loading " + path + ".  Invalid acquisition method.");
 }
 
@@ -53,7 +43,7 @@ void clsAcquire::Step1_Load(const std::string& strRecentMethodFilePath) {
     Step([&] { FindMassSpecMethod(); }, FixedMessage("Acquire: Error during getting of mass spec method"));
     Step(
         [&] {
-            period_ = massSpecMethod_->HostGetPeriod(0);
+            period_ = Required(massSpecMethod_).HostGetPeriod(0);
             experiment_ = Required(period_).HostGetExperiment(0);
             extendedExperiment_ = period_->HostGetExtendedExperiment(0);
             CheckOperatingMode();
@@ -62,7 +52,8 @@ void clsAcquire::Step1_Load(const std::string& strRecentMethodFilePath) {
 }
 
 void clsAcquire::FindMassSpecMethod() {
-    for (int index = 0;; ++index) {
+    constexpr int mostDevices = 1000;  // a list that goes on has no end
+    for (int index = 0; index < mostDevices; ++index) {
         const auto device = method_->HostEnumDeviceMethods(index);
         if (!device) break;
         if (!device->IsMassSpecMethod()) continue;
@@ -101,7 +92,7 @@ void clsAcquire::Step3a_SetMassRange(double dblStart, double dblStop, double dbl
             auto& experiment = Required(experiment_);
             pLngIndex = experiment.HostGetMassRangeCount();
             pLngIndex = experiment.HostAddMassRange();
-            experiment.HostGetMassRange(pLngIndex)->HostSetMassRange(dblStart, dblStop, dblStep);
+            Required(experiment.HostGetMassRange(pLngIndex)).HostSetMassRange(dblStart, dblStop, dblStep);
         },
         [&] {
             return "Acquire: Error during setting of mass range to " + GeneralText(dblStart) + " start, " +
@@ -142,7 +133,7 @@ void clsAcquire::Step4b_SetDwellTime(double dblDwellTime) {
         [&] {
             const int count = EnsureMassRange();
             for (int i = 0; i < count; ++i)
-                experiment_->HostGetMassRange(i)->HostSetDwellTime(dblDwellTime);
+                Required(experiment_->HostGetMassRange(i)).HostSetDwellTime(dblDwellTime);
         },
         [&] { return "Acquire: Error during setting of dwell time to " + GeneralText(dblDwellTime) + " msec"; });
 }
@@ -155,8 +146,8 @@ void clsAcquire::Step4c_SetCompoundParam(const std::string& strParamId, float sg
             auto& experiment = Required(experiment_);
             const int count = experiment.HostGetMassRangeCount();
             for (int i = 0; i < count; ++i) {
-                const auto table = experiment.HostGetMassRange(i)->HostGetParameterTable();
-                const int index = table->HostFindParameter(strParamId);
+                const auto table = Required(experiment.HostGetMassRange(i)).HostGetParameterTable();
+                const int index = Required(table).HostFindParameter(strParamId);
                 if (index > -1) table->HostSetParameterValue(index, value);
             }
         },
@@ -186,7 +177,8 @@ void clsAcquire::Step4e_SetSourceGasParams(const std::string& strParamId, float 
     Step(
         [&] {
             const auto table = Required(experiment_).HostGetSourceGasTable();
-            table->HostSetParameterValue(table->HostFindParameter(strParamId), sglParamValue);
+            const int index = Required(table).HostFindParameter(strParamId);
+            table->HostSetParameterValue(index, sglParamValue);
         },
         [&] {
             return "Acquire: Error during setting of " + strParamId + " Source/Gas parameter to " +
@@ -228,7 +220,7 @@ void clsAcquire::SetExcitationTimeForDasmyrSeries() {
 
 double clsAcquire::GetExpectedDuration() {
     double durationMs = 0;
-    Step([&] { durationMs = Required(massSpecMethod_).HostGetExpectedDuration(); },
+    Step([&] { durationMs = Finite(Required(massSpecMethod_).HostGetExpectedDuration()); },
          FixedMessage("Acquire: Error getting the expected duration"));
     return ErrorOccurred() ? 0 : durationMs;
 }
@@ -237,12 +229,12 @@ void clsAcquire::UpdateInitialCompoundParams() {
     Step(
         [&] {
             EnsureMassRange();
-            const auto table = experiment_->HostGetMassRange(0)->HostGetParameterTable();
+            const auto table = Required(experiment_->HostGetMassRange(0)).HostGetParameterTable();
             auto& results = *runState_.results;
-            const int count = table->HostGetParameterCount();
+            const int count = Required(table).HostGetParameterCount();
             for (int i = 0; i < count; ++i) {
                 const std::string id = table->HostGetParameterId(i);
-                float value = table->HostGetParameterValue(i);
+                float value = Finite(table->HostGetParameterValue(i));
                 if (IsNegative() && id != "AF2") value = Mirrored(value);
                 clsItem_CompoundParam* param = id == "DP"    ? &results.DP
                                                : id == "EP"  ? &results.EP

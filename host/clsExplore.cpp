@@ -27,8 +27,10 @@ clsExplore::clsExplore(ports::Host& host) {
     Step(
         [&] {
             exploration_ = host.CreateDataExploration();
-            chromatogram_ = exploration_->CreateChromatogramData();
+            chromatogram_ = Required(exploration_).CreateChromatogramData();
             spectrum_ = exploration_->CreateSpectrumData();
+            Required(chromatogram_);
+            Required(spectrum_);
         },
         FixedMessage("Explore Data: Error during Explore Data initialization"));
 }
@@ -95,7 +97,7 @@ void clsExplore::Chrom_SmoothGraph(std::int16_t intNumOfSmoothes) {
             const auto smoothing = exploration_->CreateSmoothingProcessor();
             const ports::SmoothingParameters parameters;
             for (int pass = 0; pass < intNumOfSmoothes; ++pass)
-                smoothing->ExploreSmooth(*chromatogram_, parameters);
+                Required(smoothing).ExploreSmooth(*chromatogram_, parameters);
         },
         FixedMessage("Explore Data: Error during smoothing of graph"));
 }
@@ -108,8 +110,8 @@ void clsExplore::Spectrum_LoadSpectrum() {
             if (ErrorOccurred()) return;
             const int count = chromatogram_->ExplorePointCount();
             if (count < 1) return;
-            const auto start = static_cast<float>(chromatogram_->ExplorePointX(1)) * secondsPerMinute;
-            const auto stop = static_cast<float>(chromatogram_->ExplorePointX(count)) * secondsPerMinute;
+            const auto start = static_cast<float>(Finite(chromatogram_->ExplorePointX(1))) * secondsPerMinute;
+            const auto stop = static_cast<float>(Finite(chromatogram_->ExplorePointX(count))) * secondsPerMinute;
             spectrum_->ExploreLoadSpectrumByTime(sample, period, experiment, start, stop);
         },
         FixedMessage("Explore Data: Error loading spectrum"));
@@ -129,11 +131,11 @@ std::shared_ptr<clsItem_Peak> clsExplore::Spectrum_GetHighestPeakInRange(double 
     Step(
         [&] {
             const auto peaks = LoadedPeakList();
-            const int peak = HighestMonoisotopicPeak(*peaks, dblMass, dblTolerance);
+            const int peak = HighestMonoisotopicPeak(Required(peaks), dblMass, dblTolerance);
             if (peak < 1) return;
             auto record = std::make_shared<clsItem_Peak>();
-            record->CentroidMass = peaks->ExplorePeakCentroid(peak, ports::PeakList::centroidMz);
-            record->CentroidIntensity = peaks->ExplorePeakCentroid(peak, ports::PeakList::centroidIntensity);
+            record->CentroidMass = Finite(peaks->ExplorePeakCentroid(peak, ports::PeakList::centroidMz));
+            record->CentroidIntensity = Finite(peaks->ExplorePeakCentroid(peak, ports::PeakList::centroidIntensity));
             found = std::move(record);
         },
         [&] {
@@ -151,9 +153,9 @@ PeakCollection clsExplore::Spectrum_GetTopPeaks(std::int16_t intNumOfPeaksToGet,
     Step(
         [&] {
             pBlnPercentBelowThreshold = true;
-            top =
-                TopMonoisotopicPeaks(*LoadedPeakList(), intNumOfPeaksToGet, dblMassToExclude, dblMassExclusionTolerance,
-                                     intPeakAreaPercentThreshold, pBlnPercentBelowThreshold);
+            const auto peaks = LoadedPeakList();
+            top = TopMonoisotopicPeaks(Required(peaks), intNumOfPeaksToGet, dblMassToExclude, dblMassExclusionTolerance,
+                                       intPeakAreaPercentThreshold, pBlnPercentBelowThreshold);
         },
         [&] {
             return "Explore Data: Error during getting of " +
@@ -166,8 +168,8 @@ ChromDataReference clsExplore::GetChromDataObject() {
     ChromDataReference copy;
     Step(
         [&] {
-            ChromDataReference data = exploration_->CreateChromatogramData();
-            CopyData(*chromatogram_, *data);
+            auto data = exploration_->CreateChromatogramData();
+            CopyData(*chromatogram_, Required(data));
             data->ExploreSortPoints(true, true);
             copy = std::move(data);
         },
@@ -179,8 +181,8 @@ SpecDataReference clsExplore::GetSpecDataObject() {
     SpecDataReference copy;
     Step(
         [&] {
-            SpecDataReference data = exploration_->CreateSpectrumData();
-            CopyData(*spectrum_, *data);
+            auto data = exploration_->CreateSpectrumData();
+            CopyData(*spectrum_, Required(data));
             copy = std::move(data);
         },
         FixedMessage("Explore Data: Error during getting copy of spectrum data object"));

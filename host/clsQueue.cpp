@@ -1,7 +1,6 @@
 #include "host/clsQueue.h"
 
 #include "support/NumberText.h"
-#include "support/RunTimeError.h"
 #include "support/modRegistryUtils.h"
 
 namespace veltra {
@@ -24,7 +23,7 @@ bool IsKnown(std::int16_t status) {
 clsQueue::clsQueue(RunState& runState) : runState_(runState) {
     try {
         queueServer_ = runState.host.HostQueueServer();
-    } catch (const std::exception&) {
+    } catch (...) {
         creationError_ = std::current_exception();  // told by StartQueue, which needs the server
     }
 }
@@ -36,13 +35,8 @@ void clsQueue::StartQueue() {
     Attempt(
         [&] {
             if (creationError_) std::rethrow_exception(creationError_);
-            if (!queueServer_) throw support::RunTimeError::ObjectNotSet();
-            queueServer_->HostQueuePrepare();
-            try {
-                queueServer_->HostQueueReset();
-            } catch (const std::exception&) {
-                // There may be nothing to reset.
-            }
+            Required(queueServer_).HostQueuePrepare();
+            FailureOf([&] { queueServer_->HostQueueReset(); });  // there may be nothing to reset
             queueServer_->HostQueueEnable();
             PumpAndPause(settlingMs);
             queueServer_->HostQueueRun();
@@ -85,7 +79,7 @@ void clsQueue::Wait(double expectedTimeMs) {
 void clsQueue::PumpAndPause(std::int32_t milliseconds) {
     const auto pause = runState_.host.CreatePause();
     runState_.display.ProcessPendingEvents();
-    pause->HostSleep(milliseconds);
+    Required(pause).HostSleep(milliseconds);
     runState_.display.ProcessPendingEvents();
 }
 

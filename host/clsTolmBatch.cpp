@@ -1,7 +1,6 @@
 #include "host/clsTolmBatch.h"
 
 #include "support/Platform.h"
-#include "support/RunTimeError.h"
 
 namespace veltra {
 
@@ -9,21 +8,19 @@ clsTolmBatch::clsTolmBatch(ports::Host& host) {
     Step(
         [&] {
             service_ = host.TolmCreateService();
-            Service().TolmInitialize();
+            Required(service_).TolmInitialize();
         },
         FixedMessage("Tolm Batch: Error during Tolm initialization"));
 }
 
-clsTolmBatch::~clsTolmBatch() = default;
-
-ports::TolmService& clsTolmBatch::Service() {
-    if (!service_) throw support::RunTimeError::ObjectNotSet();
-    return *service_;
-}
-
-ports::TolmBatch& clsTolmBatch::Batch() {
-    if (!batch_) throw support::RunTimeError::ObjectNotSet();
-    return *batch_;
+clsTolmBatch::~clsTolmBatch() {
+    // A run that ends before its logoff, or whose logoff failed, must not leave a session open.
+    if (session_.empty() || !service_) return;
+    try {
+        service_->TolmLogoff(session_);
+    } catch (...) {
+        // There is nobody left to tell.
+    }
 }
 
 void clsTolmBatch::Step1_TolmLogon(const std::string& strProjectPath, const std::string& strProjectName) {
@@ -33,8 +30,8 @@ void clsTolmBatch::Step1_TolmLogon(const std::string& strProjectPath, const std:
     Step4_TolmLogoff();
     Step(
         [&] {
-            session_ = Service().TolmLogon("", "", "", "", "Veltra");
-            Service().TolmSelectProject(session_, strProjectPath, strProjectName);
+            session_ = Required(service_).TolmLogon("", "", "", "", "Veltra");
+            Required(service_).TolmSelectProject(session_, strProjectPath, strProjectName);
         },
         FixedMessage("Tolm Batch: Error during Tolm logon"));
 }
@@ -45,8 +42,8 @@ void clsTolmBatch::Step2_CreateNewTolmBatch(const std::string& strBatchFileName,
     Step(
         [&] {
             Step3c_ClearTolmBatch();
-            batch_ = Service().TolmNewBatch(session_);
-            auto& batch = Batch();
+            batch_ = Required(service_).TolmNewBatch(session_);
+            auto& batch = Required(batch_);
             batch.TolmSetBatchName(strBatchFileName);
             batch.TolmSetBatchUser(GetWindowsUserName());
             batch.TolmSetBatchText("");
@@ -64,13 +61,13 @@ void clsTolmBatch::Step2_CreateNewTolmBatch(const std::string& strBatchFileName,
 }
 
 void clsTolmBatch::Step3a_SubmitTolmBatch() {
-    Step([&] { Service().TolmSubmitBatch(session_, Batch()); },
+    Step([&] { Required(service_).TolmSubmitBatch(session_, Required(batch_)); },
          FixedMessage("Tolm Batch: Error submitting Tolm Batch"));
 }
 
 std::string clsTolmBatch::Step3b_SaveTolmBatch(const std::string& strBatchFileName) {
     std::string answer;
-    Step([&] { answer = Service().TolmSaveBatch(session_, strBatchFileName, Batch()); },
+    Step([&] { answer = Required(service_).TolmSaveBatch(session_, strBatchFileName, Required(batch_)); },
          [&] { return "Tolm Batch: Error saving Tolm Batch " + strBatchFileName; });
     return answer;
 }
@@ -83,7 +80,7 @@ void clsTolmBatch::Step4_TolmLogoff() {
     Step(
         [&] {
             if (session_.empty()) return;
-            Service().TolmLogoff(session_);
+            Required(service_).TolmLogoff(session_);
             session_.clear();
         },
         FixedMessage("Tolm Batch: Error during Tolm logoff"));

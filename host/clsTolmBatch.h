@@ -15,6 +15,7 @@ class clsTolmBatch : public HostWrapper {
   public:
     /// @param host must outlive the object
     explicit clsTolmBatch(ports::Host& host);
+    /// Logs off where that is still to be done.
     ~clsTolmBatch();
 
     /// @param strProjectPath the folder that holds the project, ending in a separator
@@ -29,8 +30,6 @@ class clsTolmBatch : public HostWrapper {
     void Step4_TolmLogoff();
 
   private:
-    ports::TolmService& Service();
-    ports::TolmBatch& Batch();
     std::string GetWindowsUserName();
 
     std::unique_ptr<ports::TolmService> service_;

@@ -167,10 +167,16 @@ std::string clsInfo_Results::ReportText(const ReportContext& context) const {
 }
 
 void clsInfo_Results::GenerateResults(const ReportContext& context) const {
-    try {
-        support::WriteWholeFile(support::JoinPath(VeskOutputFilePath, "Results.txt"), ReportText(context));
-    } catch (const std::exception&) {
-        // The findings are in the log as well; a report that cannot be written must not change how the run ends.
+    // A fault of the disk that passes must not cost the report of a whole run.
+    constexpr int attempts = 2;
+    for (int attempt = 0; attempt < attempts; ++attempt) {
+        try {
+            support::WriteWholeFile(support::JoinPath(VeskOutputFilePath, "Results.txt"), ReportText(context),
+                                    context.disk);
+            return;
+        } catch (const std::exception&) {
+            // The findings are in the log as well; a report that cannot be written must not change how the run ends.
+        }
     }
 }
 

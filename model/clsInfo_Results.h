@@ -8,6 +8,7 @@
 #include "model/clsItem_CompoundParam.h"
 #include "model/clsItem_TopPeak.h"
 #include "ports/Clock.h"
+#include "support/Disk.h"
 
 namespace veltra {
 
@@ -17,6 +18,7 @@ struct ReportContext {
     const ports::Clock& clock;
     bool AbortRequested = false;
     bool EPAndCEPSupported = true;
+    const support::Disk& disk = support::SystemDisk();
 };
 
 /// The findings of one run.
@@ -29,6 +31,7 @@ class clsInfo_Results {
     std::string StartTime;
     std::string VeskOutputFilePath;  ///< the run's output folder, ending in a separator
     std::string LogFilePath;
+    std::string UnwrittenLogLines;  ///< what the disk did not take; goes before the next line
     clsItem_CompoundParam DP, EP, CEP, CE, AF2;
 
     /// Writes "Results.txt" into the output folder, replacing an older one. Best effort: never throws.

@@ -1,7 +1,6 @@
 #include "model/clsInfo_Scans.h"
 
 #include <algorithm>
-#include <exception>
 #include <utility>
 
 namespace veltra {
@@ -114,7 +113,7 @@ clsItem_FilePaths clsInfo_Scans::GetGraphData(enumVeltraScanType scanType, ports
         graphControl.SetXAxisLimits(xRange);
         graphControl.SetYAxisLimits(yRange);
         graphControl.Redraw();
-    } catch (const std::exception&) {
+    } catch (...) {
         // A graph that cannot be shown must not disturb the run; the files found so far are still good.
     }
     return result;

@@ -3,6 +3,7 @@
 #include <array>
 
 #include "model/SettingsKeys.h"
+#include "support/FileNames.h"
 #include "support/NumberText.h"
 #include "support/Paths.h"
 #include "support/Platform.h"
@@ -25,16 +26,18 @@ std::string clsInfo_Settings::DefaultIniPath() {
 void clsInfo_Settings::ReadGlobalSettings() {
     if (!support::FileExists(iniPath_)) return;
     for (const auto& key : SettingsKeys()) {
-        const std::string text = support::ReadIniString(iniPath_, key.section, key.key);
+        const std::string text = support::ReadIniString(iniPath_, key.section, key.key, *disk_);
         if (text.empty() && !key.takesEmpty) continue;
         if (!key.read(*this, text)) return;
     }
 }
 
 void clsInfo_Settings::WriteGlobalSettings() const {
-    const auto lock = support::LockForSaving(iniPath_);
+    std::vector<support::IniEntry> entries;
     for (const auto& key : SettingsKeys())
-        support::WriteIniString(iniPath_, key.section, key.key, key.write(*this));
+        entries.push_back({key.section, key.key, key.write(*this)});
+    const auto lock = support::LockForSaving(iniPath_);
+    support::WriteIniStrings(iniPath_, entries, *disk_);
 }
 
 std::string clsInfo_Settings::GetSettingsHeadingColumn() const {
@@ -105,7 +108,7 @@ std::string clsInfo_Settings::FirstProblem() const {
     if (!range.Contains(Advanced_Q1MIDPRampStep)) return StepOutOfRangeMessage(range);
     if (Advanced_EPINum2ndPrec < 1 || Advanced_EPINum2ndPrec > 10)
         return "The entered EPI number of 2nd precursors to use is out of range (1 to 10).";
-    return {};
+    return support::CompoundNameProblem(CompoundName);
 }
 
 bool clsInfo_Settings::AreSettingsValid(ports::MessageBoxes& messageBoxes) const {

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "ports/MessageBoxes.h"
+#include "support/Disk.h"
 
 namespace veltra {
 
@@ -40,7 +41,9 @@ class clsInfo_Settings {
     bool Advanced_MS3SaveAllFinalMethods = true;
 
     /// @param strIniPath the settings file, read by ReadGlobalSettings and written by WriteGlobalSettings
-    explicit clsInfo_Settings(std::string strIniPath) : iniPath_(std::move(strIniPath)) {}
+    /// @param disk must outlive the settings
+    explicit clsInfo_Settings(std::string strIniPath, const support::Disk& disk = support::SystemDisk())
+        : iniPath_(std::move(strIniPath)), disk_(&disk) {}
 
     /// The settings file beside the program.
     static std::string DefaultIniPath();
@@ -76,6 +79,7 @@ class clsInfo_Settings {
     std::string FirstProblem() const;
 
     std::string iniPath_;
+    const support::Disk* disk_;
 };
 
 }  // namespace veltra

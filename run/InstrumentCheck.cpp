@@ -1,7 +1,6 @@
 #include "run/InstrumentCheck.h"
 
-#include <exception>
-
+#include "host/HostWrapper.h"
 #include "host/InstrumentModels.h"
 
 namespace veltra {
@@ -9,13 +8,13 @@ namespace veltra {
 bool CheckInstrument(RunState& runState) {
     bool isLinearIonTrap = true;
     runState.InstrumentModelCode = 0;
-    try {
+    // A host that is not there is told when a run is started. A model that was not checked is no known one.
+    FailureOf([&] {
         const auto helper = runState.host.CreateInstrumentHelper();
-        runState.InstrumentModelCode = helper->GetInstrumentModelCode();
-        isLinearIonTrap = helper->IsLinearIonTrap(runState.InstrumentModelCode);
-    } catch (const std::exception&) {
-        // A host that is not there is told when a run is started.
-    }
+        const std::int32_t modelCode = Required(helper).GetInstrumentModelCode();
+        isLinearIonTrap = helper->IsLinearIonTrap(modelCode);
+        runState.InstrumentModelCode = modelCode;
+    });
     runState.EPAndCEPSupported = SupportsEPAndCEP(runState.InstrumentModelCode);
     if (isLinearIonTrap) return true;
     runState.InstrumentModelCode = 0;  // so that a later start of a run asks again, and refuses again

@@ -1,7 +1,5 @@
 #include "run/RunInitialization.h"
 
-#include <exception>
-
 #include "host/clsAcquire.h"
 #include "host/clsTolmBatch.h"
 #include "support/Paths.h"
@@ -29,11 +27,7 @@ bool RunInitialization::Run() {
     runState_.scans = std::make_unique<clsInfo_Scans>();
     runState_.batch.reset();
     bool ready = false;
-    try {
-        ready = Prepare();
-    } catch (const std::exception&) {
-        Warn(failureMessage_);
-    }
+    if (FailureOf([&] { ready = Prepare(); })) Warn(failureMessage_);
     if (!ready) {
         runState_.results.reset();
         runState_.scans.reset();
@@ -132,7 +126,7 @@ bool RunInitialization::CreateOutputFolder() {
     auto& results = *runState_.results;
     results.VeskOutputFilePath =
         support::MakeOutputFolder(dataFolder_ + runState_.settings.CompoundName + " Veltra" + support::PathSeparator(),
-                                  runState_.clock.Now().generalDate);
+                                  runState_.clock.Now().generalDate, runState_.disk);
     return results.VeskOutputFilePath.empty() ? Warn(failureMessage_) : true;
 }
 
@@ -140,8 +134,7 @@ void RunInitialization::StartLog() {
     auto& results = *runState_.results;
     results.LogFilePath = support::JoinPath(results.VeskOutputFilePath, "Log.txt");
     // The append ends the line once more, so that an empty line follows the heading.
-    support::AppendLineToFile(results.LogFilePath,
-                              std::string("Log File: Quantitative Optimization for MS3") + support::crLf);
+    runState_.AppendToLogFile(std::string("Log File: Quantitative Optimization for MS3") + support::crLf);
 }
 
 }  // namespace veltra

@@ -39,15 +39,11 @@ StartButton::Outcome StartButton::Click() {
     try {
         return Run();
     } catch (const ports::RunTornDown&) {
-        TearDown();
+        // The batch service is logged off with its object.
+        runState_.batch.reset();
+        main_.reset();
         return Outcome::TornDown;
     }
-}
-
-void StartButton::TearDown() {
-    if (runState_.batch) runState_.batch->Step4_TolmLogoff();
-    runState_.batch.reset();
-    main_.reset();
 }
 
 StartButton::Outcome StartButton::Run() {

@@ -35,8 +35,6 @@ class StartButton {
 
   private:
     Outcome Run();
-    /// Logs off and releases what a run holds, without a word.
-    void TearDown();
     void ShowInitializationFailed();
 
     RunState& runState_;

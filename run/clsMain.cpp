@@ -38,7 +38,7 @@ void clsMain::Start() {
 
     runState_.WriteLogLine("Generating Results.txt file...");
     runState_.results->GenerateResults(
-        {runState_.settings, runState_.clock, runState_.AbortRequested, runState_.EPAndCEPSupported});
+        {runState_.settings, runState_.clock, runState_.AbortRequested, runState_.EPAndCEPSupported, runState_.disk});
     runState_.WriteLogLine(runState_.AbortRequested ? "Optimization aborted!" : "Optimization completed successfully!");
 
     runState_.batch->Step4_TolmLogoff();

@@ -1,8 +1,7 @@
 #include "run/clsScan_SaveFinalMS3.h"
 
-#include <exception>
-
 #include "scans/MethodSteps.h"
+#include "support/Files.h"
 #include "support/modFileUtils.h"
 
 namespace veltra {
@@ -25,7 +24,7 @@ bool clsScan_SaveFinalMS3::GenerateFinalOptimalMethod(double dblFirstPrecursor, 
                      dblThirdPrecursor + halfWindow, strTemplateMethodFilePath, strNewMethodFilePath});
 }
 
-void clsScan_SaveFinalMS3::Build(clsAcquire& acquire, const FinalMethod& method) {
+void clsScan_SaveFinalMS3::Build(clsAcquire& acquire, const FinalMethod& method, bool& isSaved) {
     constexpr std::int16_t oneScan = 1;
     constexpr bool dynamicFillTime = false;
     const auto& settings = runState_.settings;
@@ -40,6 +39,7 @@ void clsScan_SaveFinalMS3::Build(clsAcquire& acquire, const FinalMethod& method)
     SetCompoundParams(acquire, runState_, runState_.results->CE.Current);
     acquire.Step4f_SetFillTime(dynamicFillTime, settings.Advanced_MS3UseQ0Trapping, settings.Advanced_MS3FixedFillTime);
     acquire.Step5_SaveAsNewMethod(method.newPath);
+    isSaved = !acquire.ErrorOccurred();
     // The range is optimised on the saved method.
     acquire.Step1_Load(method.newPath);
     acquire.OptimizeMassRange();
@@ -50,16 +50,16 @@ void clsScan_SaveFinalMS3::Build(clsAcquire& acquire, const FinalMethod& method)
 bool clsScan_SaveFinalMS3::Generate(const FinalMethod& method) {
     runState_.display.MessageUpdate("Creating final acquisition methods...");
     clsAcquire acquire(runState_);
-    try {
-        Build(acquire, method);
-    } catch (const std::exception& error) {
-        // The excitation time is set without error handling; on a failed object the first failure is what counts.
-        if (!acquire.ErrorOccurred()) {
-            acquire.ErrorOccurred(true);
-            acquire.ErrorDescription("Error during creation of the final method" + ErrorSuffix(error));
-        }
+    bool isSaved = false;
+    const auto failure = FailureOf([&] { Build(acquire, method, isSaved); });
+    // The excitation time is set without error handling; on a failed object the first failure is what counts.
+    if (failure && !acquire.ErrorOccurred()) {
+        acquire.ErrorOccurred(true);
+        acquire.ErrorDescription("Error during creation of the final method" + *failure);
     }
     if (acquire.ErrorOccurred()) {
+        // What was saved before its range was optimised must not be taken for a final method.
+        if (isSaved) support::RemoveFileIfThere(method.newPath, runState_.disk);
         runState_.WriteLogLine(acquire.ErrorDescription());
         runState_.WriteLogLine("Unable to create " + support::GetFolderNameAtDepth(method.newPath, 0));
         acquire.ResetError();

@@ -32,7 +32,8 @@ class clsScan_SaveFinalMS3 {
         const std::string& newPath;
     };
     bool Generate(const FinalMethod& method);
-    void Build(clsAcquire& acquire, const FinalMethod& method);
+    /// @param isSaved gets whether there is a file, finished or not
+    void Build(clsAcquire& acquire, const FinalMethod& method, bool& isSaved);
 
     RunState& runState_;
 };

@@ -7,7 +7,8 @@ namespace veltra {
 ScanRate GetScanRate(RunState& runState, ScanTypeCode scanType, const std::string& strScanRate) {
     const auto helper = runState.host.CreateInstrumentHelper();
     return {support::LeadingNumber(strScanRate),
-            helper->GetStepSizeForScanRate(runState.InstrumentModelCode, static_cast<int>(scanType), strScanRate)};
+            Finite(Required(helper).GetStepSizeForScanRate(runState.InstrumentModelCode, static_cast<int>(scanType),
+                                                           strScanRate))};
 }
 
 void SetScanRateAndDwellTime(clsAcquire& acquire, const ScanRate& scanRate) {

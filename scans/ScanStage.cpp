@@ -1,7 +1,5 @@
 #include "scans/ScanStage.h"
 
-#include <exception>
-
 #include "host/clsQueue.h"
 #include "host/clsTolmBatch.h"
 #include "support/modFileUtils.h"
@@ -25,16 +23,12 @@ void ScanStage::StopWithoutFinding(const std::string& text) {
 }
 
 bool ScanStage::Guarded(const std::string& message, const std::function<void()>& step) {
-    try {
-        step();
-        return true;
-    } catch (const std::exception& error) {
-        runState_.AbortRequested = true;
-        const std::string text = message + ErrorSuffix(error);
-        runState_.messageBoxes.Show(text, ports::MessageIcon::Critical);
-        runState_.WriteLogLine(text);
-        return false;
-    }
+    const auto failure = FailureOf(step);
+    if (!failure) return true;
+    runState_.AbortRequested = true;
+    runState_.messageBoxes.Show(message + *failure, ports::MessageIcon::Critical);
+    runState_.WriteLogLine(message + *failure);
+    return false;
 }
 
 void ScanStage::LogMethodNotCreated(const clsItem_FilePaths& filePaths) const {

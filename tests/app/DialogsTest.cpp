@@ -90,7 +90,13 @@ TEST(frmSettings, AnswersWhatIsMissingOrWrongInItsOrder) {
                    {"txtExpectedMZ", "1e", "The m/z entered is not a valid number"},
                    {"txtExpectedMZ", ".", "The m/z entered is not a valid number"},
                    {"txtExpectedMZ", "14.999", range},
-                   {"txtExpectedMZ", "1700.001", range}});
+                   {"txtExpectedMZ", "1700.001", range},
+                   {"txtCompoundName", "con.1", range}});
+    Find<QLineEdit>(dialog, "txtExpectedMZ")->setText("609.281");
+    ExpectAnswers(
+        dialog, window.bench.boxes,
+        {{"txtCompoundName", "con.1", "Compound name cannot be that of the device CON, please update the Settings."}});
+    Enter(dialog, "txtCompoundName", std::string(31, 'x').c_str());
     EXPECT_EQ(settings.CompoundName, "");  // nothing is stored before all is right
     Find<QRadioButton>(dialog, "optBothPolarities")->setChecked(true);
     Find<QComboBox>(dialog, "comboQ1Resolution")->setCurrentIndex(3);

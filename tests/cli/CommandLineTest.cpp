@@ -2,63 +2,14 @@
 
 #include <csignal>
 #include <filesystem>
-#include <functional>
-#include <sstream>
-#include <string>
-#include <vector>
 
-#include "cli/Commands.h"
 #include "support/Files.h"
+#include "support/Platform.h"
 #include "support/modFileUtils.h"
+#include "tests/cli/CommandBench.h"
 #include "tests/support_files/TempFolder.h"
 
 namespace {
-
-/// Collects text and tells what has come in at every flush.
-class FlushedBuffer : public std::stringbuf {
-  public:
-    std::function<void(const std::string& text)> onFlush;
-
-  protected:
-    int sync() override {
-        const std::string all = str();
-        if (onFlush) onFlush(all.substr(told_));
-        told_ = all.size();
-        return std::stringbuf::sync();
-    }
-
-  private:
-    std::size_t told_ = 0;
-};
-
-struct Ended {
-    int status = -1;
-    std::string out;
-    std::string err;
-};
-
-struct Terminal {
-    bool isTerminal = false;
-    std::string typed = {};
-    std::function<void(const std::string& text)> onFlush = {};
-};
-
-Ended RunProgram(const std::vector<std::string>& arguments, const Terminal& terminal = {}) {
-    std::vector<const char*> argv{"veltra-run"};
-    for (const auto& argument : arguments)
-        argv.push_back(argument.c_str());
-    FlushedBuffer outBuffer;
-    outBuffer.onFlush = terminal.onFlush;
-    std::ostream out(&outBuffer);
-    std::ostringstream err;
-    std::istringstream in(terminal.typed);
-    Ended ended;
-    ended.status = cli::RunCommandLine(static_cast<int>(argv.size()), argv.data(),
-                                       {out, err, in, terminal.isTerminal, terminal.isTerminal});
-    ended.out = outBuffer.str();
-    ended.err = err.str();
-    return ended;
-}
 
 const std::string banner =
     "Simulated instrument: nothing here was measured (spraying caffeine [M+H]+ at m/z 195.088)\n";
@@ -78,20 +29,17 @@ struct Project {
 };
 
 TEST(CommandLine, RefusesWrongUsage) {
-    struct Case {
-        std::vector<std::string> arguments;
-        std::string message;
-    };
+    using Arguments = std::vector<std::string>;
     const TempFolder folder;
     for (const auto& [arguments, message] :
-         {Case{{"--nonsense"}, "The following argument was not expected: --nonsense\n"},
-          Case{{"--new-project", folder.Path()}, "--new-project requires --compound\n"},
-          Case{{"--compound", "caffeine"}, "--compound requires --new-project\n"},
-          Case{{"--charge", "x", "--formula", "C"}, "Could not convert: --charge = x\n"},
-          Case{{"--settings", "/no/such/Veltra.ini"}, "--settings: File does not exist: /no/such/Veltra.ini\n"}}) {
+         {std::pair{Arguments{"--nonsense"}, "The following argument was not expected: --nonsense\n"},
+          {{"--new-project", folder.Path()}, "--new-project requires --compound\n"},
+          {{"--compound", "caffeine"}, "--compound requires --new-project\n"},
+          {{"--charge", "x", "--formula", "C"}, "Could not convert: --charge = x\n"},
+          {{"--settings", "/no/such/Veltra.ini"}, "--settings: File does not exist: /no/such/Veltra.ini\n"}}) {
         const Ended ended = RunProgram(arguments);
         EXPECT_EQ(ended.status, cli::wrongUsage);
-        EXPECT_EQ(ended.err, message + "Run with --help for more information.\n");
+        EXPECT_EQ(ended.err, message + std::string("Run with --help for more information.\n"));
         EXPECT_EQ(ended.out, "");
     }
 }
@@ -154,21 +102,15 @@ TEST(RunOptimization, PrintsLogReportAndWhereTheFilesAre) {
 }
 
 TEST(RunOptimization, DoesNotStartWithoutWhatItNeeds) {
-    struct Case {
-        std::string file;
-        std::string section, key, value;
-        std::string message;
-    };
     const std::string notRunning = "Veltra: You must start Orvanel before running the optimization\n";
-    for (const auto& [file, section, key, value, message] :
-         {Case{"Veltra.ini", "Veltra", "ExpectedMZ", "14",
-               banner + "Veltra: m/z must be greater than or equal to 15, please update the Settings\n"},
-          Case{"Orvanel.ini", "Orvanel", "Running", "0", notRunning},
-          Case{"Orvanel.ini", "Orvanel", "ModelCode", "99",
-               banner + "Veltra: This script only works on Linear Ion Trap instruments\n"}}) {
+    for (const auto& [section, key, value, message] :
+         {std::tuple{"Veltra", "ExpectedMZ", "14",
+                     banner + "Veltra: m/z must be greater than or equal to 15, please update the Settings\n"},
+          {"Orvanel", "Running", "0", notRunning},
+          {"Orvanel", "ModelCode", "99", banner + "Veltra: This script only works on Linear Ion Trap instruments\n"}}) {
         SCOPED_TRACE(key);
         const Project project;
-        support::WriteIniString(project.folder.File(file), section, key, value);
+        support::WriteIniString(project.folder.File(std::string(section) + ".ini"), section, key, value);
         const Ended ended = project.Start();
         EXPECT_EQ(ended.status, cli::notStarted);
         EXPECT_NE(ended.err.find(message), std::string::npos) << ended.err;
@@ -186,6 +128,27 @@ TEST(RunOptimization, DoesNotStartWithoutWhatItNeeds) {
     const Ended damaged = project.Start();
     EXPECT_EQ(damaged.status, cli::notStarted);
     EXPECT_EQ(damaged.err.find("veltra-run: " + project.host), 0U) << damaged.err;
+}
+
+/// A second program on the same files changes nothing for the first.
+TEST(RunOptimization, IsRefusedWhileAnotherOneUsesTheFiles) {
+    const Project project;
+    const std::string otherSettings = project.folder.File("Other.ini");
+    support::WriteWholeFile(otherSettings, support::ReadWholeFile(project.settings));
+    Ended sameSettings;
+    Ended sameHost;
+    const Ended first = project.Start({.onFlush = [&](const std::string& text) {
+        if (text.find("--> EPI") == std::string::npos) return;
+        sameSettings = project.Start();
+        sameHost = RunProgram({"--settings", otherSettings, "--host", project.host});
+        EXPECT_EQ(RunProgram({"--formula", "C8H10N4O2"}).status, cli::completed);
+    }});
+    EXPECT_EQ(first.status, cli::completed);
+    const std::string process = " (process " + std::to_string(support::ProcessNumber()) + "), end that one first\n";
+    EXPECT_EQ(sameSettings.status, cli::notStarted);
+    EXPECT_EQ(sameSettings.err, "veltra-run: " + project.settings + " is in use by another Veltra" + process);
+    EXPECT_EQ(sameHost.status, cli::notStarted);
+    EXPECT_EQ(sameHost.err, "veltra-run: " + project.host + " is in use by another Orvanel" + process);
 }
 
 /// The signals of an impatient user: the run ends in order, with its report.

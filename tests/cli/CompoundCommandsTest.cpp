@@ -1,29 +1,10 @@
 #include <gtest/gtest.h>
 
-#include <sstream>
-
-#include "cli/Commands.h"
 #include "support/Files.h"
+#include "tests/cli/CommandBench.h"
 #include "tests/support_files/TempFolder.h"
 
 namespace {
-
-struct Ended {
-    int status = -1;
-    std::string out;
-    std::string err;
-};
-
-Ended RunProgram(const std::vector<std::string>& arguments) {
-    std::vector<const char*> argv{"veltra-run"};
-    for (const auto& argument : arguments)
-        argv.push_back(argument.c_str());
-    std::ostringstream out;
-    std::ostringstream err;
-    std::istringstream in;
-    const int status = cli::RunCommandLine(static_cast<int>(argv.size()), argv.data(), {out, err, in, false, false});
-    return {status, out.str(), err.str()};
-}
 
 /// An invented spectrum of an invented compound.
 std::string Spectrum(const std::string& energy, const std::string& peaks) {
@@ -78,17 +59,16 @@ TEST(CompoundCommands, DrawACompoundInHundredColumns) {
 TEST(CompoundCommands, SayWhatIsWrong) {
     const TempFolder folder;
     const std::string path = folder.File("faulty.ini");
-    support::WriteWholeFile(path,
-                            "[Compound]\nTitle=X\nIonFormula=CH5O\nAdduct=[M+H]+\nPolarity=positive\nDpLow=0\n"
-                            "DpHigh=50\nPrecursor=P\n[Node P]\nMz=33.0335\nE50=3\nWidth=x\n");
+    const std::string compound =
+        "[Compound]\nTitle=X\nIonFormula=CH5O\nAdduct=[M+H]+\nPolarity=positive\nDpLow=0\nDpHigh=50\nPrecursor=P\n"
+        "[Node P]\nMz=33.0335\nE50=3\nWidth=";
+    support::WriteWholeFile(path, compound + "x\n");
     const Ended faulty = RunProgram({"--check-compound", path});
     EXPECT_EQ(faulty.status, cli::abortedOrFailed);
     EXPECT_EQ(faulty.err,
               "veltra-run: " + path + ", line 12: [Node P] Width: \"x\" is not a number from 0.01 to 1000\n");
     EXPECT_EQ(faulty.out, "");
-    support::WriteWholeFile(path,
-                            "[Compound]\nTitle=X\nIonFormula=CH5O\nAdduct=[M+H]+\nPolarity=positive\nDpLow=0\n"
-                            "DpHigh=50\nPrecursor=P\n[Node P]\nMz=33.0335\nE50=3\nWidth=1\n");
+    support::WriteWholeFile(path, compound + "1\n");
     const std::string notes = RunProgram({"--check-compound", path}).out;
     for (const char* const note :
          {"Note: no fragment reaches 1 %.", "Note: only 0.1 % of the precursor are left at 10 V",

@@ -1,13 +1,11 @@
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <cmath>
-#include <sstream>
 
-#include "cli/Commands.h"
 #include "cli/JsonWriter.h"
 #include "orvanel/data/DataFile.h"
 #include "support/Files.h"
+#include "tests/cli/CommandBench.h"
 #include "tests/orvanel/data/SampleData.h"
 #include "tests/support_files/TempFolder.h"
 
@@ -15,20 +13,10 @@ namespace {
 
 using testing::HasSubstr;
 
-struct Explored {
-    int status = -1;
-    std::string out;
-    std::string err;
-};
-
-Explored Explore(const std::string& path, const std::vector<const char*>& options) {
-    std::vector<const char*> argv{"veltra-run", "--explore", path.c_str()};
-    argv.insert(argv.end(), options.begin(), options.end());
-    std::ostringstream out;
-    std::ostringstream err;
-    std::istringstream in;
-    const int status = cli::RunCommandLine(static_cast<int>(argv.size()), argv.data(), {out, err, in});
-    return {status, out.str(), err.str()};
+Ended Explore(const std::string& path, const std::vector<std::string>& options) {
+    std::vector<std::string> arguments{"--explore", path};
+    arguments.insert(arguments.end(), options.begin(), options.end());
+    return RunProgram(arguments);
 }
 
 /// Gaussian peaks of m/z and height, on points 0.05 Da apart.
@@ -69,7 +57,7 @@ TEST_F(ExploreTest, FindsTheParentAsErDoesAndListsThePeaks) {
                                                         "   504.2000    1.82E+04    5.02E+03       -  monoisotopic\n"
                                                         "   500.1000    8.20E+03    2.26E+03       1  monoisotopic\n"
                                                         "   501.1000    2.46E+03    6.77E+02       1  isotope\n");
-    const Explored json = Explore(path, {"--mz", "510", "--cycle", "2", "--top", "1", "--json"});
+    const Ended json = Explore(path, {"--mz", "510", "--cycle", "2", "--top", "1", "--json"});
     EXPECT_EQ(json.status, cli::completed);
     EXPECT_THAT(json.out, HasSubstr("{\"file\": \"" + path + "\", \"document\": \"Start.xmt\", "));
     EXPECT_THAT(json.out, HasSubstr("\"spectra\": [{\"cycle\": 2, \"id\": \"scan=2\", "));
@@ -85,7 +73,7 @@ TEST_F(ExploreTest, TakesFragmentsOfAnMs3RampWhereLittleOfThePrecursorIsLeft) {
         SetPeaks(cycle, {{152.07, 20000.0 * cycle.cycle}, {180.1, 9000}, {397.21, left}, {400.1, 9000}});
     }
     const std::string path = Write(data);
-    const Explored found = Explore(path, {"--top", "2"});
+    const Ended found = Explore(path, {"--top", "2"});
     EXPECT_THAT(found.out, HasSubstr("MS3 of 609.28 > 397.21, positive, profile"));
     EXPECT_THAT(found.out, HasSubstr("Spectra:     cycle 9, scan=9, at 0.3 min, AF2 40\nLeft out:    5 Da around "
                                      "397.21\nPeaks:       4, shown 2\n"));
@@ -114,7 +102,7 @@ TEST_F(ExploreTest, RefusesWithFileAndReason) {
     support::WriteWholeFile(empty, "<mzML><run></run></mzML>");
     struct Case {
         std::string file;
-        std::vector<const char*> options;
+        std::vector<std::string> options;
         std::string reason;
     };
     for (const auto& [file, options, reason] :
@@ -124,7 +112,7 @@ TEST_F(ExploreTest, RefusesWithFileAndReason) {
           Case{path, {"--cycle", "4"}, "holds cycles 1 to 3 of this experiment; there is no cycle 4"}}) {
         auto withJson = options;
         withJson.push_back("--json");
-        const Explored refused = Explore(file, withJson);
+        const Ended refused = Explore(file, withJson);
         EXPECT_EQ(refused.status, cli::abortedOrFailed);
         EXPECT_EQ(refused.out, "");
         EXPECT_EQ(refused.err, "veltra-run: The data file \"" + file + "\" " + reason + "\n");

@@ -2,13 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <fstream>
-#include <iterator>
 #include <new>
 #include <stdexcept>
-#include <string>
 
 #include "host/HostWrapper.h"
+#include "support/Files.h"
 #include "support/RunTimeError.h"
 #include "tests/support_files/RunBench.h"
 #include "tests/support_files/TempFolder.h"
@@ -22,6 +22,18 @@ class Wrapper : public veltra::HostWrapper {
         Step([&] { throw error; }, veltra::FixedMessage("Wrapper: it failed"));
     }
 };
+
+TEST(RunState, ALineThatTheDiskDoesNotTakeGoesBeforeTheNextOne) {
+    const TempFolder folder;
+    RunBench bench;
+    bench.run.results->LogFilePath = folder.File("not there yet/Log.txt");
+    bench.run.AppendToLogFile("one");
+    bench.run.AppendToLogFile("two");
+    support::CreateFolders(folder.File("not there yet"));
+    bench.run.AppendToLogFile("three");
+    bench.run.AppendToLogFile("four");
+    EXPECT_EQ(support::ReadWholeFile(bench.run.results->LogFilePath), "one\r\ntwo\r\nthree\r\nfour\r\n");
+}
 
 TEST(RunState, ALogLineGoesToTheDisplayAndOnceThereIsALogFileToThatToo) {
     const TempFolder folder;
@@ -64,7 +76,16 @@ TEST(HostWrapper, EveryKindOfFailureHasANumberAndOnlyTheFirstIsKept) {
     EXPECT_EQ(description(support::RunTimeError::Overflow()), "Wrapper: it failed (Error 6: Overflow).");
     EXPECT_EQ(description(std::runtime_error("odd")), "Wrapper: it failed (Error 51: odd).");
     EXPECT_EQ(description(std::bad_alloc()).substr(0, 27), "Wrapper: it failed (Error 7");
-    EXPECT_THROW(Wrapper().Throw(42), int) << "what is no failure passes through";
+    EXPECT_EQ(description(42), "Wrapper: it failed (Error 51: Unknown failure).");
+    EXPECT_THROW(Wrapper().Throw(ports::RunTornDown()), ports::RunTornDown) << "what is no failure passes through";
+}
+
+TEST(HostWrapper, OnlyNumbersThatASingleCanHoldAreAnswers) {
+    for (const double answer : {0.0, -609.3, 3.4e38})
+        EXPECT_EQ(veltra::Finite(answer), answer);
+    for (const double answer : {std::nan(""), HUGE_VAL, -HUGE_VAL, 3.5e38})
+        EXPECT_THROW(veltra::Finite(answer), support::RunTimeError) << answer;
+    EXPECT_EQ(veltra::FailureOf([] { veltra::Finite(-HUGE_VALF); }), " (Error 6: The host answered -Infinity).");
 }
 
 }  // namespace

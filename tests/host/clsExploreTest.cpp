@@ -1,13 +1,8 @@
 #include "host/clsExplore.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
-#include <functional>
-#include <string>
-#include <vector>
-
-#include "tests/support_files/RunBench.h"
+#include "tests/host/StepTable.h"
 
 namespace {
 
@@ -34,33 +29,21 @@ class ExploreBench {
     std::string expectedDescription;
 };
 
-TEST(clsExplore, MembersMakeTheseCalls) {
-    struct Case {
-        std::function<void(clsExplore&)> member;
-        std::vector<std::string> calls;
-    };
-    const Case cases[] = {
-        {[](auto& e) { e.Initialize("x"); }, {"ExploreSetDataFile(\"x\")", "ExploreSetDataFile(\"x\")"}},
-        {[](auto& e) { e.Chrom_LoadTIC(); }, {"ExploreLoadTIC(1, 0, 0)"}},
-        {[](auto& e) { e.Chrom_LoadXIC(241.1, 241.6); }, {"ExploreLoadXIC(1, 0, 0, 241.1, 241.6)"}},
-        {[](auto& e) { e.Chrom_LoadXICOverlay(4); }, {"ExploreLoadXICOverlay(1, 0, 0, 4)"}},
-        {[](auto& e) { e.Chrom_SmoothGraph(2); }, {"CreateSmoothingProcessor()", "ExploreSmooth()", "ExploreSmooth()"}},
-        {[](auto& e) { e.Chrom_SmoothGraph(0); }, {"CreateSmoothingProcessor()"}},
-        {[](auto& e) { e.Chrom_SmoothGraph(-1); }, {"CreateSmoothingProcessor()"}},
-        {[](auto& e) { e.Spectrum_LoadCycleDependentSpectrum(15); }, {"ExploreLoadSpectrumByCycle(1, 15, 15)"}},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.calls.front());
-        ExploreBench bench;
-        c.member(bench.explore);
-        EXPECT_EQ(bench.calls.Operations(), c.calls);
-    }
-    HostCalls calls;
+TEST(clsExplore, CreatesItsDataObjectsAtOnceAndTellsOfAFailureLater) {
     FakeHost fake;
-    ObservedHost host{fake, calls};
-    clsExplore explore(host);
-    EXPECT_THAT(calls.texts,
-                ElementsAre("CreateDataExploration()", "CreateChromatogramData()", "CreateSpectrumData()"));
+    for (const std::string operation : {"CreateDataExploration", "CreateChromatogramData", "CreateSpectrumData"}) {
+        HostCalls calls;
+        ObservedHost host{fake, calls};
+        clsExplore created(host);
+        EXPECT_THAT(calls.texts,
+                    ElementsAre("CreateDataExploration()", "CreateChromatogramData()", "CreateSpectrumData()"));
+        calls.Fail(operation, RunBench::hostError);
+        clsExplore explore(host);
+        explore.Initialize(dataFile);
+        EXPECT_EQ(explore.ErrorDescription(),
+                  "Explore Data: Error during Explore Data initialization" + RunBench::errorSuffix);
+        EXPECT_EQ(calls.CountOf("ExploreSetDataFile"), 0);
+    }
 }
 
 TEST(clsExplore, TheOptimumIsTheXOfTheHighestPoint) {
@@ -135,6 +118,11 @@ TEST(clsExplore, TheSpectrumOfTheWholeFileLiesBetweenFirstAndLastPointTimesSixty
     }
 }
 
+bool HasPeak(const std::vector<FakePeak>& peaks, double mz, double intensity) {
+    return std::any_of(peaks.begin(), peaks.end(),
+                       [&](const auto& peak) { return peak.mz == mz && peak.intensity == intensity; });
+}
+
 TEST(clsExplore, TheHighestPeakStepsDownToTheMonoisotopicOne) {
     struct Case {
         const char* name;
@@ -174,10 +162,7 @@ TEST(clsExplore, TheHighestPeakStepsDownToTheMonoisotopicOne) {
         ASSERT_EQ(peak != nullptr, c.expectedMass != 0);
         if (!peak) continue;
         EXPECT_EQ(peak->CentroidMass, c.expectedMass + 0.015625);
-        for (const auto& scripted : c.peaks)
-            if (scripted.mz == c.expectedMass) {
-                EXPECT_EQ(peak->CentroidIntensity, scripted.intensity);
-            }
+        EXPECT_TRUE(HasPeak(c.peaks, c.expectedMass, peak->CentroidIntensity));
     }
 }
 
@@ -206,14 +191,7 @@ TEST(clsExplore, TopPeaksAreMonoisotopicOutsideTheWindowAndMostIntenseFirst) {
         {"as many as wanted; smaller mass first at a tie", 2, 300, 4, -1, spectrum, {305, 330}, true},
         {"none wanted", 0, 300, 5, -1, spectrum, {}, true},
         {"a negative number wanted", -2, 300, 5, -1, spectrum, {}, true},
-        {"area window: above the low end, up to the high end: 50 of 200",
-         9,
-         300,
-         5,
-         25,
-         spectrum,
-         {305, 330, 295, 310},
-         true},
+        {"area window (low; high]: 50 of 200", 9, 300, 5, 25, spectrum, {305, 330, 295, 310}, true},
         {"the same one below", 9, 300, 5, 24, spectrum, {}, false},
         {"exactly at the threshold", 9, 300, 5, 10, parentShare(10), {200}, true},
         {"just above it", 9, 300, 5, 10, parentShare(10.01), {}, false},
@@ -232,10 +210,7 @@ TEST(clsExplore, TopPeaksAreMonoisotopicOutsideTheWindowAndMostIntenseFirst) {
         Masses masses;
         for (const auto& peak : top) {
             masses.push_back(peak->CentroidMass);
-            for (const auto& scripted : c.peaks)
-                if (scripted.mz == peak->CentroidMass) {
-                    EXPECT_EQ(peak->CentroidIntensity, scripted.intensity);
-                }
+            EXPECT_TRUE(HasPeak(c.peaks, peak->CentroidMass, peak->CentroidIntensity));
         }
         EXPECT_EQ(masses, c.masses);
         EXPECT_EQ(below, c.below);
@@ -251,13 +226,7 @@ TEST(clsExplore, CopiesKeepWhatWasLoadedAndAChromatogramsIsInOrderOfX) {
     data.xAxisRange = {-5, 5};
     data.yValueRange = {0, 99};
     bench.explore.Spectrum_LoadSpectrum();
-    bench.calls.Forget();
     const auto chromatogram = bench.explore.GetChromDataObject();
-    EXPECT_THAT(bench.calls.Operations(),
-                ElementsAre("CreateChromatogramData()", "GetXValues()", "SetXValues(3 values)", "GetYValues()",
-                            "SetYValues(3 values)", "GetXAxisRange()", "SetXAxisRange(-5..5)", "GetYValueRange()",
-                            "SetYValueRange(0..99)", "ExploreSortPoints(true, true)"))
-        << "one sort: the loaded chromatogram stays as it is";
     const auto spectrum = bench.explore.GetSpecDataObject();
 
     data = FakeData();
@@ -274,100 +243,81 @@ TEST(clsExplore, CopiesKeepWhatWasLoadedAndAChromatogramsIsInOrderOfX) {
     }
 }
 
-TEST(clsExplore, EveryFailureIsToldAndLeavesTheObjectInert) {
-    struct Case {
-        std::function<void(clsExplore&)> member;
-        std::vector<std::string> operations;
-        std::string message;
-    };
-    const std::vector<std::string> copying{"GetXValues",    "SetXValues",    "GetYValues",     "SetYValues",
-                                           "GetXAxisRange", "SetXAxisRange", "GetYValueRange", "SetYValueRange"};
-    const auto with = [&](std::vector<std::string> more) {
-        more.insert(more.end(), copying.begin(), copying.end());
-        return more;
-    };
-    const Case cases[] = {
-        {[](auto& e) { e.Initialize("/d/x.vesk"); },
-         {"ExploreSetDataFile"},
-         "Explore Data: Error during initialization using /d/x.vesk"},
-        {[](auto& e) { e.Chrom_LoadTIC(); }, {"ExploreLoadTIC"}, "Explore Data: Error loading TIC"},
-        {[](auto& e) { e.Chrom_LoadXIC(1, 2); }, {"ExploreLoadXIC"}, "Explore Data: Error loading XIC"},
-        {[](auto& e) { e.Chrom_LoadXICOverlay(0); },
-         {"ExploreLoadXICOverlay"},
-         "Explore Data: Error loading XIC overlay"},
-        {[](auto& e) { e.Chrom_SmoothGraph(1); },
-         {"CreateSmoothingProcessor", "ExploreSmooth"},
-         "Explore Data: Error during smoothing of graph"},
-        {[](auto& e) {
-             bool found = true;
-             EXPECT_EQ(e.Chrom_GetOptimalValue(found), 0);
-             EXPECT_FALSE(found);
-         },
-         {"ExplorePointCount", "ExploreSortPoints", "ExplorePointY", "ExplorePointX"},
-         "Explore Data: Error getting optimal value"},
-        {[](auto& e) {
-             bool found = true;
-             EXPECT_EQ(e.Chrom_GetPercentMaxIntensityValue(5, found), 0);
-             EXPECT_FALSE(found);
-         },
-         {"ExplorePointCount", "ExploreSortPoints", "ExplorePointY", "ExplorePointX"},
-         "Explore Data: Error getting value at 5% of max intensity"},
-        {[](auto& e) { e.Spectrum_LoadSpectrum(); }, {"ExploreLoadTIC"}, "Explore Data: Error loading TIC"},
-        {[](auto& e) { e.Spectrum_LoadSpectrum(); },
-         {"ExplorePointCount", "ExplorePointX", "ExploreLoadSpectrumByTime"},
-         "Explore Data: Error loading spectrum"},
-        {[](auto& e) { e.Spectrum_LoadCycleDependentSpectrum(1); },
-         {"ExploreLoadSpectrumByCycle"},
-         "Explore Data: Error loading cycle dependent spectrum"},
-        {[](auto& e) { EXPECT_EQ(e.Spectrum_GetHighestPeakInRange(609.3, 1), nullptr); },
-         {"ExplorePeakList", "ExploreFindHighestInRange", "ExplorePeakAttribute", "ExploreFindNearest",
-          "ExplorePeakCentroid"},
-         "Explore Data: Error getting highest peak in range 608.3 Da to 610.3 Da"},
-        {[](auto& e) {
-             bool below = true;
-             EXPECT_TRUE(e.Spectrum_GetTopPeaks(5, 609.3, 2.5, 99, below).empty());
-             EXPECT_TRUE(below);
-         },
-         {"ExplorePeakList", "ExplorePeakCount", "ExplorePeakAttribute", "ExplorePeakCentroid"},
-         "Explore Data: Error during getting of 5 top peaks"},
-        {[](auto& e) { EXPECT_EQ(e.GetChromDataObject(), nullptr); },
-         with({"CreateChromatogramData", "ExploreSortPoints"}),
-         "Explore Data: Error during getting copy of chromatogram data object"},
-        {[](auto& e) { EXPECT_EQ(e.GetSpecDataObject(), nullptr); }, with({"CreateSpectrumData"}),
-         "Explore Data: Error during getting copy of spectrum data object"},
-    };
-    for (const auto& c : cases) {
-        for (const auto& operation : c.operations) {
-            SCOPED_TRACE(c.message + " by " + operation);
-            ExploreBench bench;
-            bench.fake.data.chromatograms["TIC"] = {{1, 2}, {3, 4}};
-            bench.fake.data.spectra["time"].peaks = {{609.3, 5, 5, 1, 0}, {700, 5, 5}};
-            bench.explore.Spectrum_LoadSpectrum();
-            bench.calls.Fail(operation, RunBench::hostError);
-            c.member(bench.explore);
-            bench.expectedDescription = c.message + RunBench::errorSuffix;
-            EXPECT_EQ(bench.calls.FiredCount(), 1);
-            EXPECT_TRUE(bench.explore.ErrorOccurred());
-            EXPECT_EQ(bench.calls.Operations().back().substr(0, operation.size()), operation) << "nothing after it";
-            bench.calls.Forget();
-            for (const auto& other : cases)
-                other.member(bench.explore);
-            EXPECT_THAT(bench.calls.Operations(), ElementsAre());
-        }
+/// A loaded spectrum of two peaks, the higher one an isotope, over two chromatogram points.
+struct LoadedBench {
+    LoadedBench() {
+        fake.data.chromatograms["TIC"] = {{0.25, 2}, {3, 4}};
+        fake.data.spectra["time"] = {{1, 2}, {3, 4}, {{609.3, 5, 5, 1, 0}, {700, 4, 5}}};
+        explore.Initialize(dataFile);
+        explore.Spectrum_LoadSpectrum();
     }
+    FakeHost fake;
+    HostCalls calls;
+    ObservedHost host{fake, calls};
+    clsExplore explore{host};
+};
+
+/// What failed gives nothing, and nothing else does so.
+void ExpectNone(const clsExplore& explore, bool isNothing) {
+    EXPECT_EQ(isNothing, explore.ErrorOccurred());
 }
 
-TEST(clsExplore, ACreationThatFailsIsKept) {
-    for (const std::string operation : {"CreateDataExploration", "CreateChromatogramData", "CreateSpectrumData"}) {
-        FakeHost fake;
-        HostCalls calls;
-        ObservedHost host{fake, calls};
-        calls.Fail(operation, RunBench::hostError);
-        clsExplore explore(host);
-        explore.Initialize(dataFile);
-        EXPECT_EQ(explore.ErrorDescription(),
-                  "Explore Data: Error during Explore Data initialization" + RunBench::errorSuffix);
-        EXPECT_EQ(calls.CountOf("ExploreSetDataFile"), 0);
+TEST(clsExplore, MembersMakeTheseCallsAndTellOfEveryFailure) {
+    const std::string error = "Explore Data: Error ";
+    const std::string copying =
+        "GetXValues(); SetXValues(2 values); GetYValues(); SetYValues(2 values); GetXAxisRange(); SetXAxisRange(1..2); "
+        "GetYValueRange(); SetYValueRange(3..4)";
+    ExpectSteps<LoadedBench, clsExplore>(
+        &LoadedBench::explore,
+        {{[](auto& e) { e.Initialize("x"); }, "ExploreSetDataFile(\"x\"); ExploreSetDataFile(\"x\")",
+          error + "during initialization using x"},
+         {[](auto& e) { e.Chrom_LoadTIC(); }, "ExploreLoadTIC(1, 0, 0)", error + "loading TIC"},
+         {[](auto& e) { e.Chrom_LoadXIC(1.5, 2); }, "ExploreLoadXIC(1, 0, 0, 1.5, 2)", error + "loading XIC"},
+         {[](auto& e) { e.Chrom_LoadXICOverlay(4); }, "ExploreLoadXICOverlay(1, 0, 0, 4)",
+          error + "loading XIC overlay"},
+         {[](auto& e) { e.Chrom_SmoothGraph(2); }, "CreateSmoothingProcessor(); ExploreSmooth(); ExploreSmooth()",
+          error + "during smoothing of graph"},
+         {[](auto& e) { e.Chrom_SmoothGraph(-1); }, "CreateSmoothingProcessor()", error + "during smoothing of graph"},
+         {[](auto& e) {
+              bool found = true;
+              const double x = e.Chrom_GetOptimalValue(found);
+              EXPECT_EQ(x, e.ErrorOccurred() ? 0 : 2);
+              EXPECT_EQ(found, !e.ErrorOccurred());
+          },
+          "", error + "getting optimal value"},
+         {[](auto& e) {
+              bool found = true;
+              const double x = e.Chrom_GetPercentMaxIntensityValue(100, found);
+              EXPECT_EQ(x, e.ErrorOccurred() ? 0 : 2);
+              EXPECT_EQ(found, !e.ErrorOccurred());
+          },
+          "", error + "getting value at 100% of max intensity"},
+         {[](auto& e) { e.Spectrum_LoadCycleDependentSpectrum(15); }, "ExploreLoadSpectrumByCycle(1, 15, 15)",
+          error + "loading cycle dependent spectrum"},
+         {[](auto& e) { ExpectNone(e, e.Spectrum_GetHighestPeakInRange(609.3, 1) == nullptr); }, "",
+          error + "getting highest peak in range 608.3 Da to 610.3 Da"},
+         {[](auto& e) {
+              bool below = true;
+              ExpectNone(e, e.Spectrum_GetTopPeaks(5, 609.3, 2.5, 99, below).empty());
+              EXPECT_TRUE(below);
+          },
+          "", error + "during getting of 5 top peaks"},
+         {[](auto& e) { ExpectNone(e, e.GetChromDataObject() == nullptr); },
+          "CreateChromatogramData(); " + copying + "; ExploreSortPoints(true, true)",
+          error + "during getting copy of chromatogram data object"},
+         {[](auto& e) { ExpectNone(e, e.GetSpecDataObject() == nullptr); }, "CreateSpectrumData(); " + copying,
+          error + "during getting copy of spectrum data object"}});
+}
+
+TEST(clsExplore, LoadingTheWholeSpectrumTellsWhichPartFailed) {
+    for (const auto& [operation, message] : {std::pair{"ExploreLoadTIC", "Explore Data: Error loading TIC"},
+                                             {"ExplorePointX", "Explore Data: Error loading spectrum"},
+                                             {"ExploreLoadSpectrumByTime", "Explore Data: Error loading spectrum"}}) {
+        LoadedBench bench;
+        bench.calls.Fail(operation, RunBench::hostError);
+        bench.explore.Spectrum_LoadSpectrum();
+        EXPECT_EQ(bench.explore.ErrorDescription(), message + RunBench::errorSuffix);
+        EXPECT_TRUE(bench.calls.Operations().back().starts_with(operation)) << "nothing after it";
     }
 }
 

@@ -1,15 +1,11 @@
 #include "host/clsTolmBatch.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
-#include <functional>
 #include <stdexcept>
-#include <string>
-#include <vector>
 
 #include "support/Platform.h"
-#include "tests/support_files/RunBench.h"
+#include "tests/host/StepTable.h"
 
 namespace {
 
@@ -48,28 +44,13 @@ TEST(clsTolmBatch, CreationAndLogonMakeTheseCalls) {
     EXPECT_FALSE(bench.batch.ErrorOccurred());
 }
 
-TEST(clsTolmBatch, ABatchHasOneSetWithOneSampleAndTheLastOneIsReleasedFirst) {
-    const std::string current = support::CurrentUserName();
-    const std::string user = current.empty() ? "Unknown" : current;
+TEST(clsTolmBatch, TheLastBatchIsReleasedBeforeTheNextOne) {
     BatchBench bench;
     bench.LogOn();
-    bench.batch.Step2_CreateNewTolmBatch("old.xbt", "old.xmt", "old.vesk");
-    bench.calls.Forget();
-    bench.batch.Step2_CreateNewTolmBatch("C_ER_609.3.xbt", "C_ER_609.3.xmt", "Run\\C_ER_609.3.vesk");
-    bench.batch.Step3a_SubmitTolmBatch();
-    EXPECT_EQ(bench.batch.Step3b_SaveTolmBatch("kept.xbt"), "saved kept.xbt of C_ER_609.3.xbt");
-    EXPECT_THAT(
-        bench.calls.texts,
-        ElementsAre("~TolmBatch", "TolmNewBatch(\"session1\")", "TolmSetBatchName(\"C_ER_609.3.xbt\")",
-                    "TolmSetBatchUser(\"" + user + "\")", "TolmSetBatchText(\"\")",
-                    "TolmSetBatchProject(\"C:\\Projects\\P1\")", "TolmAddSet(\"SET1\")",
-                    "TolmSetSetAcquisitionMethod(3, \"C_ER_609.3.xmt\")", "TolmSetSetProcessingMethod(3, \"none\")",
-                    "TolmAddSample(3)", "TolmSetSampleDataFile(3, 7, \"Run\\C_ER_609.3.vesk\")",
-                    "TolmSetSampleField(3, 7, SampleName, \"N/A\")", "TolmSetSampleField(3, 7, SampleId, \"N/A\")",
-                    "TolmSetSampleField(3, 7, RackPosition, \"0\")", "TolmSubmitBatch(\"session1\")",
-                    "TolmSaveBatch(\"session1\", \"kept.xbt\")"));
-    ASSERT_EQ(bench.fake.submitted.size(), 1U);
-    EXPECT_EQ(bench.fake.submitted[0].name, "C_ER_609.3.xbt");
+    for (int batch = 1; batch <= 2; ++batch)
+        bench.batch.Step2_CreateNewTolmBatch("b.xbt", "b.xmt", "b.vesk");
+    EXPECT_THAT(bench.calls.Only({"TolmNewBatch", "~TolmBatch"}),
+                ElementsAre("TolmNewBatch(\"session1\")", "~TolmBatch", "TolmNewBatch(\"session1\")"));
 }
 
 TEST(clsTolmBatch, PathAndNameOfTheProjectAreJoinedAsTheyAre) {
@@ -79,52 +60,40 @@ TEST(clsTolmBatch, PathAndNameOfTheProjectAreJoinedAsTheyAre) {
     EXPECT_THAT(bench.calls.Only({"TolmSetBatchProject"}), ElementsAre("TolmSetBatchProject(\"C:\\ProjectsP1\")"));
 }
 
-TEST(clsTolmBatch, EveryFailureIsToldAndLeavesTheObjectInert) {
-    struct Case {
-        std::vector<std::string> operations;
-        std::string message;
-        std::function<void(clsTolmBatch&)> step;
-    };
-    const Case cases[] = {
-        {{"TolmLogon", "TolmSelectProject"},
-         "Tolm Batch: Error during Tolm logon",
-         [](auto& batch) { batch.Step1_TolmLogon("E:\\", "P"); }},
-        {{"TolmLogoff"},
-         "Tolm Batch: Error during Tolm logoff",
-         [](auto& batch) { batch.Step1_TolmLogon("E:\\", "P"); }},
-        {{"TolmNewBatch", "TolmSetBatchName", "TolmSetBatchUser", "TolmSetBatchText", "TolmSetBatchProject",
-          "TolmAddSet", "TolmSetSetAcquisitionMethod", "TolmSetSetProcessingMethod", "TolmAddSample",
-          "TolmSetSampleDataFile", "TolmSetSampleField"},
-         "Tolm Batch: Error during creation of new Tolm Batch",
-         [](auto& batch) { batch.Step2_CreateNewTolmBatch("a", "b", "c"); }},
-        {{"TolmSubmitBatch"},
-         "Tolm Batch: Error submitting Tolm Batch",
-         [](auto& batch) { batch.Step3a_SubmitTolmBatch(); }},
-        {{"TolmSaveBatch"},
-         "Tolm Batch: Error saving Tolm Batch kept.xbt",
-         [](auto& batch) { EXPECT_EQ(batch.Step3b_SaveTolmBatch("kept.xbt"), ""); }},
-        {{"TolmLogoff"}, "Tolm Batch: Error during Tolm logoff", [](auto& batch) { batch.Step4_TolmLogoff(); }},
-    };
-    for (const auto& c : cases) {
-        for (const auto& operation : c.operations) {
-            SCOPED_TRACE(c.message + " by " + operation);
-            BatchBench bench;
-            bench.LogOn();
-            bench.batch.Step2_CreateNewTolmBatch("first.xbt", "a", "b");
-            bench.calls.Fail(operation, RunBench::hostError);
-            c.step(bench.batch);
-            EXPECT_EQ(bench.calls.FiredCount(), 1);
-            EXPECT_TRUE(bench.batch.ErrorOccurred());
-            EXPECT_EQ(bench.batch.ErrorDescription(), c.message + suffix);
-            EXPECT_EQ(bench.calls.Operations().back().substr(0, operation.size()), operation) << "nothing after it";
-
-            bench.calls.Forget();
-            for (const auto& other : cases)
-                other.step(bench.batch);
-            EXPECT_THAT(bench.calls.Operations(), ElementsAre());
-            EXPECT_EQ(bench.batch.ErrorDescription(), c.message + suffix);
-        }
+/// A session and a batch that are under way.
+struct SubmitBench : BatchBench {
+    SubmitBench() {
+        LogOn();
+        batch.Step2_CreateNewTolmBatch("old.xbt", "old.xmt", "old.vesk");
+        calls.Forget();
     }
+};
+
+TEST(clsTolmBatch, ABatchHasOneSetWithOneSampleAndEveryFailureIsTold) {
+    ExpectSteps<BatchBench, clsTolmBatch>(&BatchBench::batch, {{[](auto& b) { b.Step1_TolmLogon("E:\\", "P"); },
+                                                                "TolmLogon(\"\", \"\", \"\", \"\", \"Veltra\"); "
+                                                                "TolmSelectProject(\"session1\", \"E:\\\", \"P\")",
+                                                                "Tolm Batch: Error during Tolm logon"}});
+    const std::string current = support::CurrentUserName();
+    ExpectSteps<SubmitBench, clsTolmBatch>(
+        &SubmitBench::batch,
+        {{[](auto& b) { b.Step2_CreateNewTolmBatch("C_ER_609.3.xbt", "C_ER_609.3.xmt", "Run\\C_ER_609.3.vesk"); },
+          "TolmNewBatch(\"session1\"); TolmSetBatchName(\"C_ER_609.3.xbt\"); TolmSetBatchUser(\"" +
+              (current.empty() ? "Unknown" : current) +
+              "\"); TolmSetBatchText(\"\"); TolmSetBatchProject(\"C:\\Projects\\P1\"); TolmAddSet(\"SET1\"); "
+              "TolmSetSetAcquisitionMethod(3, \"C_ER_609.3.xmt\"); TolmSetSetProcessingMethod(3, \"none\"); "
+              "TolmAddSample(3); TolmSetSampleDataFile(3, 7, \"Run\\C_ER_609.3.vesk\"); "
+              "TolmSetSampleField(3, 7, SampleName, \"N/A\"); TolmSetSampleField(3, 7, SampleId, \"N/A\"); "
+              "TolmSetSampleField(3, 7, RackPosition, \"0\")",
+          "Tolm Batch: Error during creation of new Tolm Batch"},
+         {[](auto& b) { b.Step3a_SubmitTolmBatch(); }, "TolmSubmitBatch(\"session1\")",
+          "Tolm Batch: Error submitting Tolm Batch"},
+         {[](auto& b) {
+              const std::string answer = b.Step3b_SaveTolmBatch("k.xbt");
+              EXPECT_EQ(answer, b.ErrorOccurred() ? "" : "saved k.xbt of old.xbt");
+          },
+          "TolmSaveBatch(\"session1\", \"k.xbt\")", "Tolm Batch: Error saving Tolm Batch k.xbt"},
+         {[](auto& b) { b.Step4_TolmLogoff(); }, "TolmLogoff(\"session1\")", "Tolm Batch: Error during Tolm logoff"}});
 }
 
 TEST(clsTolmBatch, AFailedObjectStillReleasesItsBatchAndWorksAgainAfterAReset) {

@@ -3,10 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <functional>
-#include <limits>
 #include <thread>
-#include <vector>
 
 #include "model/SettingsKeys.h"
 #include "support/Files.h"
@@ -127,21 +124,16 @@ TEST_F(Settings, ATextThatDoesNotConvertEndsTheReadingThere) {
 }
 
 TEST_F(Settings, EmptyOrMissingKeysKeepTheirValueButPathAndName) {
-    support::WriteWholeFile(path, FileText([](const auto&, std::size_t) { return ""; }));
-    for (int round = 0; round < 2; ++round) {
-        clsInfo_Settings settings = Valid();
-        settings.OrvanelProjectName = "Caffeine";
+    for (const auto& text : {FileText([](const auto&, std::size_t) { return ""; }), std::string()}) {
+        support::WriteWholeFile(path, text);
         clsInfo_Settings read(path);
-        read.StarterMethodFilePath = settings.StarterMethodFilePath;
-        read.CompoundName = settings.CompoundName;
-        read.OrvanelProjectName = settings.OrvanelProjectName;
-        read.ExpectedMZ = settings.ExpectedMZ;
+        read.StarterMethodFilePath = read.CompoundName = read.OrvanelProjectName = "Caffeine";
+        read.ExpectedMZ = 195.0876;
         read.ReadGlobalSettings();
         EXPECT_EQ(read.StarterMethodFilePath + read.CompoundName + read.OrvanelProjectName, "");
-        EXPECT_EQ(read.ExpectedMZ, settings.ExpectedMZ);
+        EXPECT_EQ(read.ExpectedMZ, 195.0876);
         EXPECT_EQ(read.Advanced_ERScanRate, "1000");
         EXPECT_TRUE(read.Advanced_MS3UseQ0Trapping);
-        support::WriteWholeFile(path, "");
     }
 }
 
@@ -260,6 +252,8 @@ const std::string wrongStep = "The entered DP ramp step value is out of range ";
 /// earlier.
 TEST_F(Settings, ChecksRunInOrderAndTheFirstMessageIsShown) {
     const std::pair<Spoil, std::string> cases[] = {
+        {[](auto& settings) { settings.CompoundName = "a/b"; },
+         "Compound name cannot hold \"/\", please update the Settings."},
         {Precursors(0), wrongCount},
         {Ramp(0, 100, 100.5f), wrongStep + "(0.001 to 100)."},
         {Ramp(50, 50, 100.5f), "The entered DP ramp start and stop values are equal, ramp is not valid."},

@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <map>
-
 #include "support/Files.h"
 #include "tests/support_files/WholeRun.h"
 

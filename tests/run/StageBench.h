@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "run/StageFrame.h"
-#include "tests/support_files/RecordedGraphControl.h"
 #include "tests/support_files/RunBench.h"
 
 /// What a whole run measures on FakeHost: a parent of m/z 609.297 with three fragments. The masses of the fragments
@@ -15,7 +14,7 @@
 class PlantedSample {
   public:
     /// Takes the bench's beforeCall.
-    explicit PlantedSample(RunBench& bench) : data_(bench.fake.data) {
+    explicit PlantedSample(RunBench& bench) : bench_(bench), data_(bench.fake.data) {
         data_.chromatograms["TIC"] = {{1}, {1}};
         data_.spectra["time"].peaks = {{195.125, 8.891e5}, {397.25, 6.25e5}, {448.5, 5.57e5}, {609.2969, 3.219e6}};
         PlantCE(0, 50);
@@ -29,6 +28,10 @@ class PlantedSample {
             if (onCall) onCall(text);
         };
     }
+
+    ~PlantedSample() { bench_.calls.beforeCall = nullptr; }  // the bench still logs off when it goes
+    PlantedSample(const PlantedSample&) = delete;
+    PlantedSample& operator=(const PlantedSample&) = delete;
 
     void PlantCE(int fragment, double ce) {
         data_.chromatograms["overlay " + std::to_string(fragment)] = {{10, ce}, {1, 7}};
@@ -44,6 +47,7 @@ class PlantedSample {
     std::function<void(const std::string& text)> onCall;
 
   private:
+    RunBench& bench_;
     void AnswerNextRamp() {
         auto& chromatogram = data_.chromatograms["TIC"];
         chromatogram = {};
@@ -97,20 +101,8 @@ class StageBench : public RunBench {
         AddFragment(397.25, 6.25e5);
         AddFragment(448.5, 5.57e5);
     }
-    /// The user asks for an abort just before the n-th call of the operation.
-    void AbortAt(std::string operation, int n) {
-        sample.onCall = [this, operation = operation + "(", left = n](const std::string& text) mutable {
-            if (text.starts_with(operation) && --left == 0) run.AbortRequested = true;
-        };
-    }
-
     std::vector<std::string> Checklist() const {
         return CallsOf(display, {"UpdateScanProgress", "UpdateMS3Label", "UpdateResultsGraphControl"});
-    }
-    /// The method file that a stage's link opens.
-    std::string StoredMethod(ports::enumVeltraScanType stage, std::int16_t ms3Index = 1) const {
-        RecordedGraphControl control(1);
-        return run.scans->GetGraphData(stage, control, ms3Index).MethodFilePath;
     }
     const FakeMethod& Method(const std::string& path) const { return fake.store.methods.at(path); }
 

@@ -1,14 +1,13 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <utility>
 
 #include "run/clsMain.h"
 #include "tests/run/ProjectBench.h"
+#include "tests/support_files/RecordedGraphControl.h"
 
 namespace {
 
-using ports::MessageIcon;
 using Texts = std::vector<std::string>;
 
 /// A run of the planted sample that is initialised.
@@ -19,10 +18,6 @@ class StartBench : public ProjectBench {
         EXPECT_TRUE(main.Initialize());
         calls.Forget();
         display.calls.clear();
-    }
-    std::string Report() const {
-        const std::string path = OutputFolder() + "Results.txt";
-        return support::FileExists(path) ? support::ReadWholeFile(path) : "";
     }
     veltra::clsMain main{state};
 };
@@ -69,65 +64,39 @@ TEST(Start, EveryAcquisitionIsNamedAndBuiltFromTheOneBefore) {
         const auto& texts = bench.calls.texts;
         EXPECT_NE(std::find(texts.begin(), texts.end(), opened), texts.end()) << opened;
     }
+
+    using enum ports::enumVeltraScanType;
+    RecordedGraphControl control(1);
+    std::size_t stored = 0;
+    for (const auto& [stage, ms3Index] : {std::pair{ER, 0},
+                                          {Q1MI_DP, 0},
+                                          {Q1MI_EP, 0},
+                                          {Q1MI_REOPTDP, 0},
+                                          {Q1MI_CEP, 0},
+                                          {EPI, 0},
+                                          {MRM, 0},
+                                          {MS3, 1},
+                                          {MS3, 2}})
+        EXPECT_EQ(bench.state.scans->GetGraphData(stage, control, static_cast<std::int16_t>(ms3Index)).MethodFilePath,
+                  methodPath(names.at(stored++)));
 }
 
 TEST(Start, EndsWithReportOutcomeLogoffAndChecklist) {
-    const std::string logoffFailure = "Tolm Batch: Error during Tolm logoff" + RunBench::errorSuffix;
-    for (const bool logoffFails : {false, true}) {
-        for (const bool aborts : {false, true}) {
-            SCOPED_TRACE(testing::Message() << logoffFails << aborts);
-            StartBench bench;
-            bench.JoinDisplayWithHostCalls();
-            std::string reportBefore = "not looked at";
-            std::string reportAtLogoff;
-            bench.sample.onCall = [&](const std::string& text) {
-                if (aborts && text.starts_with("TolmSubmitBatch(")) bench.state.AbortRequested = true;
-                if (text.ends_with("Generating Results.txt file...)")) reportBefore = bench.Report();
-                if (text.starts_with("TolmLogoff(")) reportAtLogoff = bench.Report();
-            };
-            if (logoffFails) bench.calls.Fail("TolmLogoff", RunBench::hostError);
-            bench.main.Start();
-
-            const auto logged = [](const std::string& text) { return "AddLogEntry([3:45:12 PM]   " + text + ")"; };
-            Texts expected{logged("Generating Results.txt file..."),
-                           logged(aborts ? "Optimization aborted!" : "Optimization completed successfully!"),
-                           "TolmLogoff(\"session1\")", "UpdateScanProgress(9, 0)", "~TolmService"};
-            std::vector<RecordedMessageBoxes::Box> boxes;
-            if (logoffFails) {
-                expected.insert(expected.begin() + 3, logged(logoffFailure));
-                boxes.push_back({logoffFailure, MessageIcon::Warning});
-            }
-            Texts ending = bench.calls.texts;
-            std::erase(ending, "~TolmBatch");
-            ending.erase(ending.begin(), std::find(ending.begin(), ending.end(), expected.front()));
-            EXPECT_EQ(ending, expected);
-            EXPECT_EQ(std::exchange(bench.boxes.shown, {}), boxes);
-            EXPECT_EQ(reportBefore, "");
-            EXPECT_NE(reportAtLogoff.find("(Start 3:45:12 PM, End 3:45:12 PM)"), std::string::npos);
-            EXPECT_EQ(reportAtLogoff.ends_with("Optimization was aborted!"), aborts);
-            EXPECT_EQ(bench.state.batch, nullptr);
-            const Texts log = bench.TakeLog();
-            EXPECT_EQ(std::count(log.begin(), log.end(), "--> Generating final MS/MS/MS methods..."), aborts ? 0 : 1);
-        }
-    }
-}
-
-TEST(Start, AQueueThatDoesNotStartMeansNoAcquisition) {
-    for (const std::string operation : {"HostQueueServer", "HostQueuePrepare", "HostQueueRun"}) {
-        SCOPED_TRACE(operation);
-        StartBench bench;
-        bench.calls.Fail(operation, RunBench::hostError);
-        bench.main.Start();
-        const std::string why = "Queue: Error starting Queue" + RunBench::errorSuffix;
-        bench.ExpectReported({{why, MessageIcon::Critical}},
-                             {why, "Generating Results.txt file...", "Optimization aborted!"});
-        EXPECT_TRUE(bench.state.AbortRequested);
-        EXPECT_EQ(bench.calls.CountOf("HostOpenMethod"), 0);
-        EXPECT_EQ(bench.fake.submitted.size(), 0U);
-        EXPECT_EQ(CallsOf(bench.display, {"UpdateScanProgress"}), Texts{"UpdateScanProgress(9, 0)"});
-        EXPECT_TRUE(bench.Report().ends_with("Optimization was aborted!"));
-        EXPECT_EQ(bench.calls.CountOf("TolmLogoff"), 1);
-    }
+    StartBench bench;
+    bench.JoinDisplayWithHostCalls();
+    const std::string reportPath = bench.OutputFolder() + "Results.txt";
+    bench.sample.onCall = [&](const std::string& text) {
+        const bool isLogoff = text.starts_with("TolmLogoff(");
+        if (!isLogoff && !text.ends_with("Generating Results.txt file...)")) return;
+        EXPECT_EQ(support::FileExists(reportPath), isLogoff);
+    };
+    bench.main.Start();
+    Texts ending = bench.calls.texts;
+    ending.erase(ending.begin(), ending.end() - 6);
+    EXPECT_EQ(ending, (Texts{"AddLogEntry([3:45:12 PM]   Generating Results.txt file...)",
+                             "AddLogEntry([3:45:12 PM]   Optimization completed successfully!)",
+                             "TolmLogoff(\"session1\")", "UpdateScanProgress(9, 0)", "~TolmBatch", "~TolmService"}));
+    bench.TakeLog();
 }
 
 }  // namespace

@@ -1,8 +1,4 @@
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
 
 #include "scans/clsScan3_EPI.h"
 #include "scans/clsScan4_MRM.h"
@@ -40,12 +36,7 @@ TEST(clsScan3_EPI, TheMethodIsOptimisedAfterASaveAndGetsItsCyclesThen) {
                                      "HostOptimizeMassRange()", "HostSetCycles(9)",
                                      "HostSaveMethodAs(\"" + bench.paths.MethodFilePath + "\", true)"));
     const FakeMethod& method = bench.Method();
-    EXPECT_EQ(method.scanType, 11);
-    EXPECT_EQ(method.scansToSum, 3);
-    EXPECT_EQ(method.q1Resolution, 2);
-    EXPECT_EQ(method.firstPrecursor, 609.281);
-    EXPECT_EQ(method.scanRate, 1000);
-    EXPECT_EQ(method.cycles, 9);
+    EXPECT_EQ(bench.MethodFacts(), "11 3 2 609.281 0 1000 9");
     EXPECT_FALSE(method.ramp);
     EXPECT_EQ(method.ranges.at(0).stop, bench.fake.store.highestMassDa) << "the optimised range is what is acquired";
     EXPECT_DOUBLE_EQ(method.ranges[0].dwellTimeMs, 0.06);
@@ -89,11 +80,8 @@ TEST(clsScan4_MRM, TheMethodHoldsATransitionToEverySecondPrecursorInOrder) {
         clsScan4_MRM(bench.run).Scan(609.281, records, "CE", 5, 80, 5, bench.paths);
         EXPECT_FALSE(bench.run.AbortRequested);
         const FakeMethod& method = bench.Method();
-        EXPECT_EQ(method.scanType, 4);
-        EXPECT_EQ(method.scansToSum, 3);
+        EXPECT_EQ(bench.MethodFacts(), "4 3 2 0 0 0 16");
         EXPECT_EQ(method.ramp, (FakeMethod::Ramp{"CE", 5, 80, 5}));
-        EXPECT_EQ(method.cycles, 16);
-        EXPECT_EQ(method.scanRate, 0);
         std::vector<Masses> transitions, expected;
         for (const auto& range : method.ranges)
             transitions.push_back({range.start, range.stop, range.step, range.dwellTimeMs});
@@ -152,13 +140,8 @@ TEST(clsScan5_MS3, TheMethodFillsTheTrapForAFixedTimeAndIsOptimisedAfterASave) {
             clsScan5_MS3(bench.run).Scan(609.281, *records[0], "AF2", 0, 0.4F, 0.01F, bench.paths);
             EXPECT_EQ(bench.calls.Only({"GetStepSizeForScanRate"}).front(), "GetStepSizeForScanRate(27, 13, \"1000\")");
             const FakeMethod& method = bench.Method();
-            EXPECT_EQ(method.scanType, 13);
-            EXPECT_EQ(method.scansToSum, 3);
-            EXPECT_EQ(method.firstPrecursor, 609.281);
-            EXPECT_EQ(method.secondPrecursor, 448.2);
-            EXPECT_EQ(method.scanRate, 1000);
+            EXPECT_EQ(bench.MethodFacts(), "13 3 2 609.281 448.2 1000 41");
             EXPECT_EQ(method.ramp, (FakeMethod::Ramp{"AF2", 0, 0.4F, 0.01F})) << "never mirrored";
-            EXPECT_EQ(method.cycles, 41);
             EXPECT_EQ(bench.calls.CountOf("HostSetCycles"), 1);
             EXPECT_EQ(method.fixedFillTimeMs, 20.5);
             EXPECT_EQ(method.q0Trapping, q0Trapping ? 1 : 0);

@@ -1,8 +1,4 @@
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
 
 #include "scans/clsScan1_ER.h"
 #include "scans/clsScan2_Q1MI.h"
@@ -30,11 +26,7 @@ TEST(clsScan1_ER, TheMethodCoversThirtyDaAroundTheExpectedMass) {
         EXPECT_EQ(bench.calls.Only({"GetStepSizeForScanRate"}).front(),
                   std::string("GetStepSizeForScanRate(27, 12, \"") + c.scanRate + "\")");
         const FakeMethod& method = bench.Method();
-        EXPECT_EQ(method.scanType, 12);
-        EXPECT_EQ(method.scansToSum, 3);
-        EXPECT_EQ(method.q1Resolution, 3);
-        EXPECT_EQ(method.scanRate, c.rate);
-        EXPECT_EQ(method.cycles, 7);
+        EXPECT_EQ(bench.MethodFacts(), "12 3 3 0 0 " + support::GeneralText(c.rate) + " 7");
         EXPECT_FALSE(method.ramp);
         ASSERT_EQ(method.ranges.size(), 1U);
         EXPECT_DOUBLE_EQ(method.ranges[0].start, 594.3);
@@ -81,11 +73,8 @@ TEST(clsScan2_Q1MI, TheMethodHoldsOneMassAndTheRamp) {
         bench.fake.data.chromatograms["TIC"] = {{20, 22}, {1, 2}};
         EXPECT_EQ(clsScan2_Q1MI(bench.run).Scan(609.281, 100, c.id, 20, 150, 2, bench.paths), 22);
         const FakeMethod& method = bench.Method();
-        EXPECT_EQ(method.scanType, 1);
-        EXPECT_EQ(method.scansToSum, 3);
-        EXPECT_EQ(method.q1Resolution, 2);
+        EXPECT_EQ(bench.MethodFacts(), "1 3 2 0 0 0 66");
         EXPECT_EQ(method.ramp, c.ramp);
-        EXPECT_EQ(method.cycles, 66);
         ASSERT_EQ(method.ranges.size(), 1U);
         const auto& range = method.ranges[0];
         EXPECT_EQ(std::vector<double>({range.start, range.stop, range.step, range.dwellTimeMs}),

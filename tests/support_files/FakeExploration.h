@@ -38,8 +38,8 @@ struct FakeData {
 namespace fake {
 
 /// Every load needs a data file first.
-template <class Kind>
-class DataObject : public FixedDataObject<Kind> {
+template <class Fixed>
+class DataObject : public Fixed {
   public:
     explicit DataObject(FakeData& data) : data_(data) {}
     void ExploreSetDataFile(const std::string& path) override { path_ = path; }
@@ -62,7 +62,7 @@ class DataObject : public FixedDataObject<Kind> {
     std::string path_;
 };
 
-class ChromatogramData : public DataObject<ports::ChromatogramData> {
+class ChromatogramData : public DataObject<FixedChromatogram> {
   public:
     using DataObject::DataObject;
     void ExploreLoadTIC(int, int, int) override { Find(data_.chromatograms, "TIC"); }
@@ -72,9 +72,6 @@ class ChromatogramData : public DataObject<ports::ChromatogramData> {
     void ExploreLoadXICOverlay(int, int, int, int massNumber) override {
         Find(data_.chromatograms, "overlay " + std::to_string(massNumber));
     }
-    int ExplorePointCount() const override { return static_cast<int>(x.size()); }
-    double ExplorePointX(int point) const override { return x.at(static_cast<std::size_t>(point - 1)); }
-    double ExplorePointY(int point) const override { return y.at(static_cast<std::size_t>(point - 1)); }
     void ExploreSortPoints(bool byX, bool ascending) override {
         std::vector<std::size_t> order(x.size());
         std::iota(order.begin(), order.end(), std::size_t{0});
@@ -90,7 +87,7 @@ class ChromatogramData : public DataObject<ports::ChromatogramData> {
     }
 };
 
-class SpectrumData : public DataObject<ports::SpectrumData> {
+class SpectrumData : public DataObject<FixedSpectrum> {
   public:
     using DataObject::DataObject;
     void ExploreLoadSpectrumByTime(int, int, int, float, float) override { peaks = Find(data_.spectra, "time").peaks; }
@@ -131,18 +128,12 @@ class PeakList : public ports::PeakList {
         return nearest;
     }
     double ExplorePeakAttribute(int peak, int attribute) const override {
-        switch (attribute) {
-            case attributeMz:
-                return At(peak).mz;
-            case attributeCharge:
-                return At(peak).charge;
-            case attributeArea:
-                return At(peak).area;
-            case attributeIsotopeMarker:
-                return At(peak).isotopeMarker;
-            default:
-                throw ports::HostError(5, "no such attribute");
-        }
+        const FakePeak& of = At(peak);
+        const std::map<int, double> attributes{{attributeMz, of.mz},
+                                               {attributeCharge, of.charge},
+                                               {attributeArea, of.area},
+                                               {attributeIsotopeMarker, of.isotopeMarker}};
+        return attributes.at(attribute);
     }
     double ExplorePeakCentroid(int peak, int which) const override {
         return which == centroidMz ? At(peak).mz + At(peak).centroidShiftDa : At(peak).intensity;

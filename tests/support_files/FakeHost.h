@@ -13,11 +13,9 @@
 #include "tests/support_files/FakeExploration.h"
 #include "tests/support_files/FakeMethods.h"
 
-/// One set with one sample is all that a batch here holds.
+/// What is kept of a batch of one set with one sample.
 struct FakeBatch {
-    std::string name, user, text, project;
-    std::string setName, methodFileName, processingMethod, dataFileName;
-    std::vector<std::string> fields;
+    std::string name, methodFileName, dataFileName;
 };
 
 namespace fake {
@@ -25,18 +23,15 @@ namespace fake {
 class TolmBatch : public ports::TolmBatch {
   public:
     void TolmSetBatchName(const std::string& batchFileName) override { batch.name = batchFileName; }
-    void TolmSetBatchUser(const std::string& userName) override { batch.user = userName; }
-    void TolmSetBatchText(const std::string& text) override { batch.text = text; }
-    void TolmSetBatchProject(const std::string& project) override { batch.project = project; }
-    int TolmAddSet(const std::string& setName) override {
-        batch.setName = setName;
-        return 3;
-    }
+    void TolmSetBatchUser(const std::string&) override {}
+    void TolmSetBatchText(const std::string&) override {}
+    void TolmSetBatchProject(const std::string&) override {}
+    int TolmAddSet(const std::string&) override { return 3; }
     void TolmSetSetAcquisitionMethod(int, const std::string& name) override { batch.methodFileName = name; }
-    void TolmSetSetProcessingMethod(int, const std::string& name) override { batch.processingMethod = name; }
+    void TolmSetSetProcessingMethod(int, const std::string&) override {}
     int TolmAddSample(int) override { return 7; }
     void TolmSetSampleDataFile(int, int, const std::string& name) override { batch.dataFileName = name; }
-    void TolmSetSampleField(int, int, SampleField, const std::string& text) override { batch.fields.push_back(text); }
+    void TolmSetSampleField(int, int, SampleField, const std::string&) override {}
 
     FakeBatch batch;
 };

@@ -62,10 +62,21 @@ struct Document {
 };
 using DocumentHandle = std::shared_ptr<Document>;
 
-/// @param range -1 for the source/gas table
-class ParameterTable : public ports::ParameterTable {
+/// What holds an open document, such as a handle of one of its parts.
+template <class Port>
+class PartOf : public Port {
   public:
-    ParameterTable(DocumentHandle document, int range) : document_(std::move(document)), range_(range) {}
+    explicit PartOf(DocumentHandle document) : document_(std::move(document)) {}
+
+  protected:
+    FakeMethod& Method() const { return document_->method; }
+    const DocumentHandle document_;
+};
+
+class ParameterTable : public PartOf<ports::ParameterTable> {
+  public:
+    /// @param range -1 for the source/gas table
+    ParameterTable(DocumentHandle document, int range) : PartOf(std::move(document)), range_(range) {}
 
     int HostGetParameterCount() const override { return static_cast<int>(Table().size()); }
     int HostFindParameter(const std::string& id) const override {
@@ -79,20 +90,15 @@ class ParameterTable : public ports::ParameterTable {
 
   private:
     FakeMethod::Parameters& Table() const {
-        auto& method = document_->method;
-        return range_ < 0 ? method.sourceGas : method.ranges.at(static_cast<std::size_t>(range_)).parameters;
+        return range_ < 0 ? Method().sourceGas : Method().ranges.at(static_cast<std::size_t>(range_)).parameters;
     }
-    std::pair<std::string, float>& At(int index) const {
-        if (index < 0 || index >= static_cast<int>(Table().size())) throw ports::HostError(9, "no such parameter");
-        return Table()[static_cast<std::size_t>(index)];
-    }
-    DocumentHandle document_;
+    std::pair<std::string, float>& At(int index) const { return Table().at(static_cast<std::size_t>(index)); }
     int range_;
 };
 
-class MassRange : public ports::MassRange {
+class MassRange : public PartOf<ports::MassRange> {
   public:
-    MassRange(DocumentHandle document, int index) : document_(std::move(document)), index_(index) { Range(); }
+    MassRange(DocumentHandle document, int index) : PartOf(std::move(document)), index_(index) { Range(); }
 
     void HostSetMassRange(double start, double stop, double step) override {
         Range().start = start;
@@ -105,15 +111,13 @@ class MassRange : public ports::MassRange {
     }
 
   private:
-    FakeMethod::Range& Range() { return document_->method.ranges.at(static_cast<std::size_t>(index_)); }
-    DocumentHandle document_;
+    FakeMethod::Range& Range() { return Method().ranges.at(static_cast<std::size_t>(index_)); }
     int index_;
 };
 
-class Experiment : public ports::Experiment {
+class Experiment : public PartOf<ports::Experiment> {
   public:
-    explicit Experiment(DocumentHandle document) : document_(std::move(document)) {}
-
+    using PartOf::PartOf;
     void HostSetScanType(int scanType) override { Method().scanType = scanType; }
     void HostResetExperiment() override {
         if (!Method().ranges.empty()) Method().defaults = Method().ranges.front().parameters;
@@ -122,7 +126,7 @@ class Experiment : public ports::Experiment {
     }
     void HostSetPolarity(int polarity) override { Method().polarity = polarity; }
     void HostSetQ1Resolution(int resolution) override { Method().q1Resolution = resolution; }
-    int HostGetMassRangeCount() const override { return static_cast<int>(document_->method.ranges.size()); }
+    int HostGetMassRangeCount() const override { return static_cast<int>(Method().ranges.size()); }
     int HostAddMassRange() override {
         Method().ranges.push_back({0, 0, 0, 0, Method().defaults});
         return HostGetMassRangeCount() - 1;
@@ -134,16 +138,11 @@ class Experiment : public ports::Experiment {
     std::unique_ptr<ports::ParameterTable> HostGetSourceGasTable() override {
         return std::make_unique<ParameterTable>(document_, -1);
     }
-
-  private:
-    FakeMethod& Method() { return document_->method; }
-    DocumentHandle document_;
 };
 
-class ExtendedExperiment : public ports::ExtendedExperiment {
+class ExtendedExperiment : public PartOf<ports::ExtendedExperiment> {
   public:
-    explicit ExtendedExperiment(DocumentHandle document) : document_(std::move(document)) {}
-
+    using PartOf::PartOf;
     void HostSetScansToSum(int count) override { Method().scansToSum = count; }
     void HostSetScanRate(double scanRate) override { Method().scanRate = scanRate; }
     void HostSetFixedFillTime(double fillTimeMs) override { Method().fixedFillTimeMs = fillTimeMs; }
@@ -155,48 +154,36 @@ class ExtendedExperiment : public ports::ExtendedExperiment {
             range.stop = std::min(range.stop, document_->store.highestMassDa);
     }
     void HostSetExcitationTime(double excitationTimeMs) override { Method().excitationTimeMs = excitationTimeMs; }
-
-  private:
-    FakeMethod& Method() { return document_->method; }
-    DocumentHandle document_;
 };
 
-class Period : public ports::Period {
+class Period : public PartOf<ports::Period> {
   public:
-    explicit Period(DocumentHandle document) : document_(std::move(document)) {}
-
+    using PartOf::PartOf;
     std::unique_ptr<ports::Experiment> HostGetExperiment(int) override {
         return std::make_unique<Experiment>(document_);
     }
     std::unique_ptr<ports::ExtendedExperiment> HostGetExtendedExperiment(int) override {
         return std::make_unique<ExtendedExperiment>(document_);
     }
-    void HostResetPeriodParameters() override { document_->method.ramp.reset(); }
+    void HostResetPeriodParameters() override { Method().ramp.reset(); }
     void HostSetRampParameter(const std::string& id, float start, float stop, float step) override {
-        document_->method.ramp = FakeMethod::Ramp{id, start, stop, step};
+        Method().ramp = FakeMethod::Ramp{id, start, stop, step};
     }
-    void HostSetCycles(std::int32_t count) override { document_->method.cycles = count; }
-
-  private:
-    DocumentHandle document_;
+    void HostSetCycles(std::int32_t count) override { Method().cycles = count; }
 };
 
-class MassSpecMethod : public ports::MassSpecMethod {
+class MassSpecMethod : public PartOf<ports::MassSpecMethod> {
   public:
-    explicit MassSpecMethod(DocumentHandle document) : document_(std::move(document)) {}
-
+    using PartOf::PartOf;
     std::unique_ptr<ports::Period> HostGetPeriod(int) override { return std::make_unique<Period>(document_); }
-    int HostGetMethodOperatingMode() const override { return document_->method.operatingMode; }
+    int HostGetMethodOperatingMode() const override { return Method().operatingMode; }
     int HostGetCurrentOperatingMode() const override { return document_->store.currentOperatingMode; }
-    double HostGetExpectedDuration() const override { return document_->method.expectedDurationMs; }
-
-  private:
-    DocumentHandle document_;
+    double HostGetExpectedDuration() const override { return Method().expectedDurationMs; }
 };
 
-class DeviceMethod : public ports::DeviceMethod {
+class DeviceMethod : public PartOf<ports::DeviceMethod> {
   public:
-    DeviceMethod(DocumentHandle document, bool isMassSpec) : document_(std::move(document)), isMassSpec_(isMassSpec) {}
+    DeviceMethod(DocumentHandle document, bool isMassSpec) : PartOf(std::move(document)), isMassSpec_(isMassSpec) {}
 
     bool IsMassSpecMethod() const override { return isMassSpec_; }
     std::unique_ptr<ports::MassSpecMethod> AsMassSpecMethod() override {
@@ -205,27 +192,18 @@ class DeviceMethod : public ports::DeviceMethod {
     }
 
   private:
-    DocumentHandle document_;
     bool isMassSpec_;
 };
 
-class AcquisitionMethod : public ports::AcquisitionMethod {
+class AcquisitionMethod : public PartOf<ports::AcquisitionMethod> {
   public:
-    explicit AcquisitionMethod(DocumentHandle document) : document_(std::move(document)) {}
-
+    using PartOf::PartOf;
     std::unique_ptr<ports::DeviceMethod> HostEnumDeviceMethods(int index) override {
-        const auto& devices = document_->method.devicesAreMassSpec;
+        const auto& devices = Method().devicesAreMassSpec;
         if (index >= static_cast<int>(devices.size())) return nullptr;
         return std::make_unique<DeviceMethod>(document_, devices[static_cast<std::size_t>(index)]);
     }
-    void HostSaveMethodAs(const std::string& path, bool overwrite) override {
-        auto& methods = document_->store.methods;
-        if (!overwrite && methods.contains(path)) throw ports::HostError(58, "the file exists");
-        methods[path] = document_->method;
-    }
-
-  private:
-    DocumentHandle document_;
+    void HostSaveMethodAs(const std::string& path, bool) override { document_->store.methods[path] = Method(); }
 };
 
 class AcquisitionService : public ports::AcquisitionService {

@@ -31,9 +31,9 @@ class Observed : public ObservedPort {
 
   protected:
     template <class Operation, class... Args>
-    decltype(auto) Pass(const char* name, Operation operation, const Args&... args) const {
+    auto Pass(const char* name, Operation operation, const Args&... args) const {
         calls_.Before(name, args...);
-        return std::invoke(operation, *inner_, args...);
+        return calls_.Answer(name, [&] { return std::invoke(operation, *inner_, args...); });
     }
     template <class Wrapper, class Handle>
     std::unique_ptr<Handle> Wrap(const char* kind, std::unique_ptr<Handle> handle) const {

@@ -52,7 +52,8 @@ class ObservedSmoothingProcessor : public Observed<ports::SmoothingProcessor> {
     using Observed::Observed;
     void ExploreSmooth(ports::ChromatogramData& data, const ports::SmoothingParameters& parameters) override {
         calls_.Before("ExploreSmooth");
-        Inner().ExploreSmooth(Unwrapped<ObservedChromatogramData>(data), parameters);
+        calls_.Answer("ExploreSmooth",
+                      [&] { Inner().ExploreSmooth(Unwrapped<ObservedChromatogramData>(data), parameters); });
     }
 };
 
@@ -75,7 +76,8 @@ class ObservedDataExploration : public Observed<ports::DataExploration> {
     std::unique_ptr<ports::PeakList> ExplorePeakList(const std::string& dataFilePath, int sample,
                                                      const ports::SpectrumData& spectrum) override {
         calls_.Before("ExplorePeakList", dataFilePath, sample);
-        return Wrap<ObservedPeakList>(
-            "PeakList", Inner().ExplorePeakList(dataFilePath, sample, Unwrapped<const ObservedSpectrumData>(spectrum)));
+        return Wrap<ObservedPeakList>("PeakList", calls_.Answer("ExplorePeakList", [&] {
+            return Inner().ExplorePeakList(dataFilePath, sample, Unwrapped<const ObservedSpectrumData>(spectrum));
+        }));
     }
 };

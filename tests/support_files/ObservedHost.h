@@ -42,7 +42,8 @@ class ObservedTolmService : public Observed<ports::TolmService> {
     VELTRA_OBSERVED_HANDLE(TolmBatch, TolmNewBatch, (const std::string& session), session)
     void TolmSubmitBatch(const std::string& session, ports::TolmBatch& batch) override {
         calls_.Before("TolmSubmitBatch", session);
-        Inner().TolmSubmitBatch(session, Unwrapped<ObservedTolmBatch>(batch));
+        calls_.Answer("TolmSubmitBatch",
+                      [&] { Inner().TolmSubmitBatch(session, Unwrapped<ObservedTolmBatch>(batch)); });
     }
     std::string TolmSaveBatch(const std::string& session, const std::string& batchFileName,
                               ports::TolmBatch& batch) override {
@@ -122,7 +123,7 @@ class ObservedHost : public ports::Host {
     }
     std::optional<std::string> RegRead(const std::string& path) override {
         calls_.Before("RegRead", path);
-        return inner_.RegRead(path);
+        return calls_.Answer("RegRead", [&] { return inner_.RegRead(path); });
     }
     bool HostOpenDocument(const std::string& path) override {
         calls_.Note("HostOpenDocument(\"" + path + "\")");
@@ -138,7 +139,7 @@ class ObservedHost : public ports::Host {
     std::unique_ptr<Port> Handle(const char* name, const char* kind,
                                  std::unique_ptr<Port> (ports::Host::*operation)(Params...), const Args&... args) {
         calls_.Before(name, args...);
-        auto handle = (inner_.*operation)(args...);
+        auto handle = calls_.Answer(name, [&] { return std::invoke(operation, inner_, args...); });
         if (!handle) return nullptr;
         return std::make_unique<Wrapper>(kind, std::move(handle), calls_);
     }

@@ -14,6 +14,14 @@
 #include "tests/support_files/RecordedDisplay.h"
 #include "tests/support_files/RecordedMessageBoxes.h"
 
+/// Texts in one, "; " between them.
+inline std::string Joined(const std::vector<std::string>& texts) {
+    std::string joined;
+    for (const auto& text : texts)
+        joined += (joined.empty() ? "" : "; ") + text;
+    return joined;
+}
+
 /// The run state of a prepared run on an observed fake host. Whatever was told to the user and is not expected by the
 /// test fails it at the end.
 class RunBench {

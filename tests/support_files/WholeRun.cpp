@@ -21,7 +21,7 @@ orvanel::OrvanelConfig ConfigOf(const NewProject& project, const WholeRun::Optio
 }
 
 veltra::clsInfo_Settings SettingsOf(const NewProject& project, const WholeRun::Options& options) {
-    veltra::clsInfo_Settings settings(project.folder.File("Veltra.ini"));
+    veltra::clsInfo_Settings settings(project.folder.File("Veltra.ini"), options.disk);
     cli::SuitToCompound(settings, project.name, project.facts);
     settings.OrvanelProjectName = project.name;
     options.adjust(settings);
@@ -31,13 +31,18 @@ veltra::clsInfo_Settings SettingsOf(const NewProject& project, const WholeRun::O
 }  // namespace
 
 WholeRun::WholeRun(const Options& options)
-    : project(options.compound, options.modelCode),
+    : WholeRun(options, std::make_shared<NewProject>(options.compound, options.modelCode)) {}
+
+WholeRun::WholeRun(const Options& options, std::shared_ptr<const NewProject> in)
+    : heldProject(std::move(in)),
+      project(*heldProject),
       config(ConfigOf(project, options)),
       clock(config.clockFactor, startTime, {}, true),
-      orvanelHost(orvanel::CreateOrvanelHost(config, clock)),
+      orvanelHost(orvanel::CreateOrvanelHost(config, clock, options.disk)),
       host(*orvanelHost, calls),
       settings(SettingsOf(project, options)),
-      run({host, display, boxes, chooser, clock}, settings),
+      run({host, display, boxes, chooser, options.runClock != nullptr ? *options.runClock : clock, options.disk},
+          settings),
       startButton(run) {
     veltra::CheckInstrument(run);
 }

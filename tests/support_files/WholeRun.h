@@ -33,9 +33,13 @@ class WholeRun {
         std::uint64_t seed = 1;
         std::function<void(orvanel::OrvanelConfig&)> configure = [](auto&) {};
         std::function<void(veltra::clsInfo_Settings&)> adjust = [](auto&) {};
+        const support::Disk& disk = support::SystemDisk();
+        const ports::Clock* runClock = nullptr;  ///< what the run takes its dates and times from, if not the host's
     };
 
     explicit WholeRun(const Options& options);
+    /// In a project that is there already.
+    WholeRun(const Options& options, std::shared_ptr<const NewProject> in);
 
     veltra::StartButton::Outcome Start();
 
@@ -48,7 +52,8 @@ class WholeRun {
     /// With "<DIR>" for the temporary folder.
     std::string Anonymous(std::string text) const;
 
-    NewProject project;
+    std::shared_ptr<const NewProject> heldProject;
+    const NewProject& project;
     orvanel::OrvanelConfig config;
     orvanel::HostClock clock;
     HostCalls calls;
