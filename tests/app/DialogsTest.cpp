@@ -12,6 +12,7 @@
 #include "app/frmSettings.h"
 #include "ports/HostError.h"
 #include "support/Paths.h"
+#include "support/Text.h"
 #include "tests/app/AppBench.h"
 
 namespace {
@@ -42,8 +43,9 @@ std::string IniOf(const Window& window) {
     return window.bench.project.folder.File("Veltra.ini");
 }
 
-/// What the tab key visits, in its order, and that no two mnemonics are the same.
-void ExpectKeyboardOrder(QDialog& dialog, const std::vector<std::string>& names) {
+/// What the tab key visits, in its order, a blank between, and that no two mnemonics are the same.
+void ExpectKeyboardOrder(QDialog& dialog, const std::string& order) {
+    const auto names = support::Split(order, ' ');
     std::vector<std::string> visited;
     const QWidget* first = Find<QWidget>(dialog, names.front().c_str());
     const QWidget* at = first;
@@ -114,9 +116,10 @@ TEST(frmSettings, AnswersWhatIsMissingOrWrongInItsOrder) {
 TEST(frmSettings, TheKeyboardReachesEverything) {
     Window window;
     app::frmSettings dialog(window.run);
-    ExpectKeyboardOrder(dialog, {"txtMethodFilePath", "cmdBrowseMethods", "txtCompoundName", "txtExpectedMZ",
-                                 "cmdCalculateMZ", "optPositivePolarity", "optNegativePolarity", "optBothPolarities",
-                                 "comboQ1Resolution", "cmdAdvanced", "cmdOK", "cmdCancel"});
+    ExpectKeyboardOrder(dialog,
+                        "txtMethodFilePath cmdBrowseMethods txtCompoundName txtExpectedMZ cmdCalculateMZ "
+                        "optPositivePolarity optNegativePolarity optBothPolarities comboQ1Resolution "
+                        "cmdAdvanced cmdOK cmdCancel");
 }
 
 TEST(frmSettings, CancelStoresNothing) {
@@ -160,20 +163,16 @@ TEST(frmAdvancedSettings, AnswersWhatIsMissingOrWrongInItsOrder) {
     Window window;
     app::frmAdvancedSettings dialog(window.run);
     Enter(dialog, "txtEPINum2ndPrec", "");
-    std::vector<Attempt> attempts;
-    for (const std::string end : {"start", "stop"}) {
-        const char* box = end == "start" ? "txtQ1MIDPRampStart" : "txtQ1MIDPRampStop";
-        const std::string outside = "The entered DP ramp " + end + " value is out of range (0 to 200).";
-        attempts.push_back({box, "", "Please enter a " + end + " value for the Q1MI DP ramp"});
-        attempts.push_back({box, "x", "The entered DP ramp " + end + " value is not a valid number."});
-        attempts.push_back({box, "200.5", outside});
-        Enter(dialog, end == "start" ? "txtQ1MIDPRampStop" : "txtQ1MIDPRampStart", end == "start" ? "" : "200");
+    for (const bool isStart : {true, false}) {
+        const char* box = isStart ? "txtQ1MIDPRampStart" : "txtQ1MIDPRampStop";
+        Enter(dialog, isStart ? "txtQ1MIDPRampStop" : "txtQ1MIDPRampStart", isStart ? "" : "200");
         Enter(dialog, "txtQ1MIDPRampStep", "");
-        attempts.push_back({box, "200",
-                            end == "start" ? "Please enter a stop value for the Q1MI DP ramp"
-                                           : "Please enter a step value for the Q1MI DP ramp"});
-        ExpectAnswers(dialog, window.bench.boxes, attempts);
-        attempts.clear();
+        const std::string end = isStart ? "start" : "stop", next = isStart ? "stop" : "step";
+        ExpectAnswers(dialog, window.bench.boxes,
+                      {{box, "", "Please enter a " + end + " value for the Q1MI DP ramp"},
+                       {box, "x", "The entered DP ramp " + end + " value is not a valid number."},
+                       {box, "200.5", "The entered DP ramp " + end + " value is out of range (0 to 200)."},
+                       {box, "200", "Please enter a " + next + " value for the Q1MI DP ramp"}});
     }
     const std::string count = "The entered EPI number of 2nd precursors to use ";
     ExpectAnswers(
@@ -235,29 +234,12 @@ TEST(frmAdvancedSettings, ListsTheScanRatesOfTheInstrument) {
 TEST(frmAdvancedSettings, TheKeyboardReachesEverything) {
     Window window;
     app::frmAdvancedSettings dialog(window.run);
-    ExpectKeyboardOrder(dialog, {"comboERScanRate",
-                                 "txtERScanRate",
-                                 "txtQ1MIDPRampStart",
-                                 "txtQ1MIDPRampStop",
-                                 "txtQ1MIDPRampStep",
-                                 "txtQ1MIDwellTime",
-                                 "comboEPIScanRate",
-                                 "txtEPINum2ndPrec",
-                                 "txtEPICycles",
-                                 "txtEPIMassStart",
-                                 "txtEPIMassEnd",
-                                 "txtEPI_CE",
-                                 "txtEPI_CES",
-                                 "txtMRMDwellTime",
-                                 "comboMS3ScanRate",
-                                 "txtMS3FixedFillTime",
-                                 "chkMS3UseQ0Trapping",
-                                 "txtMS3MassStart",
-                                 "txtMS3MassEnd",
-                                 "optSaveAllFinalMethods",
-                                 "optSaveOptimalMethodOnly",
-                                 "cmdOK",
-                                 "cmdCancel"});
+    ExpectKeyboardOrder(dialog,
+                        "comboERScanRate txtERScanRate txtQ1MIDPRampStart txtQ1MIDPRampStop "
+                        "txtQ1MIDPRampStep txtQ1MIDwellTime comboEPIScanRate txtEPINum2ndPrec "
+                        "txtEPICycles txtEPIMassStart txtEPIMassEnd txtEPI_CE txtEPI_CES txtMRMDwellTime "
+                        "comboMS3ScanRate txtMS3FixedFillTime chkMS3UseQ0Trapping txtMS3MassStart "
+                        "txtMS3MassEnd optSaveAllFinalMethods optSaveOptimalMethodOnly cmdOK cmdCancel");
 }
 
 /// The project's data lie in a sub-project: the run asks for it, and goes on there.
@@ -296,28 +278,29 @@ TEST(frmSelectFolder, CancelOrNoChoiceEndTheInitialisation) {
 
 TEST(QtMessageBoxes, BearTheProgramsNameAndSelectableTexts) {
     app::QtMessageBoxes boxes;
-    const auto expect = [](QMessageBox::Icon icon, QMessageBox::StandardButtons buttons,
-                           QMessageBox::StandardButton answer) {
+    using Box = QMessageBox;
+    using ports::MessageIcon;
+    const std::string text = "50 < 60 & <b>";
+    const auto expect = [&](Box::Icon icon, Box::StandardButtons buttons, Box::StandardButton answer) {
         WhenOpen<QMessageBox>([=](QMessageBox& box) {
             EXPECT_EQ(box.windowTitle(), "Veltra");
-            EXPECT_EQ(box.text(), "50 < 60 & <b>");
+            EXPECT_EQ(box.text().toStdString(), text);
             EXPECT_EQ(box.icon(), icon);
             EXPECT_EQ(box.standardButtons(), buttons);
             EXPECT_TRUE(box.textInteractionFlags() & Qt::TextSelectableByMouse);
             box.button(answer)->click();
         });
     };
-    using Box = QMessageBox;
-    expect(Box::Critical, Box::Ok, Box::Ok);
-    boxes.Show("50 < 60 & <b>", ports::MessageIcon::Critical);
-    expect(Box::Warning, Box::Ok, Box::Ok);
-    boxes.Show("50 < 60 & <b>", ports::MessageIcon::Warning);
-    expect(Box::NoIcon, Box::Ok, Box::Ok);
-    boxes.Show("50 < 60 & <b>", ports::MessageIcon::None);
-    expect(Box::Question, Box::Yes | Box::No, Box::Yes);
-    EXPECT_TRUE(boxes.AskYesNo("50 < 60 & <b>"));
-    expect(Box::Question, Box::Yes | Box::No, Box::No);
-    EXPECT_FALSE(boxes.AskYesNo("50 < 60 & <b>"));
+    for (const auto& [icon, shown] : {std::pair{MessageIcon::Critical, Box::Critical},
+                                      {MessageIcon::Warning, Box::Warning},
+                                      {MessageIcon::None, Box::NoIcon}}) {
+        expect(shown, Box::Ok, Box::Ok);
+        boxes.Show(text, icon);
+    }
+    for (const auto answer : {Box::Yes, Box::No}) {
+        expect(Box::Question, Box::Yes | Box::No, answer);
+        EXPECT_EQ(boxes.AskYesNo(text), answer == Box::Yes);
+    }
 }
 
 }  // namespace

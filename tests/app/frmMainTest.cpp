@@ -43,7 +43,7 @@ std::string Looks(app::frmMain& window) {
     return looks;
 }
 
-TEST(frmMain, OpensReadyToStart) {
+TEST(frmMain, OpensReadyToStartAndItsGraphGrowsWithIt) {
     Window window;
     EXPECT_EQ(window.main.windowTitle(), "Veltra Optimization");
     EXPECT_EQ(window.Find<QLabel>("labelBanner")->text().toStdString(), window.bench.host.GetDescription());
@@ -59,12 +59,7 @@ TEST(frmMain, OpensReadyToStart) {
     EXPECT_FALSE(window.Find<QWidget>("ResultsGraphControl")->isVisible());
     EXPECT_TRUE(window.Find<QLabel>("labelGraphLeft")->text().startsWith("Current Settings:"));
     EXPECT_EQ(window.Find<QPlainTextEdit>("txtLog")->toPlainText(), helpLines);
-}
-
-TEST(frmMain, GraphGrowsWithTheWindow) {
-    Window window;
-    const QSize before = window.main.size();
-    window.main.resize(before + QSize(200, 100));
+    window.main.resize(window.main.size() + QSize(200, 100));
     EXPECT_EQ(window.Find<QWidget>("ResultsGraphControl")->geometry(), QRect(24, 21, 617, 251));
 }
 

@@ -23,14 +23,11 @@ TEST(FileNames, SayWhyANameCannotBeThatOfAFile) {
     for (const char refused : std::string("/\\:<>|?*"))
         cases.push_back({std::string("a") + refused, std::string("cannot hold \"") + refused + '"'});
     cases.push_back({"\"", "cannot hold '\"'"});
-    for (const auto& [name, device] : {std::pair{"con", "CON"},
-                                       {"NUL.x.y", "NUL"},
-                                       {"Prn .txt", "PRN"},
-                                       {"aux", "AUX"},
-                                       {"COM1", "COM1"},
-                                       {"com\xC2\xB3", "COM\xC2\xB3"},
-                                       {"conin$", "CONIN$"},
-                                       {"lpt9.ini", "LPT9"}})
+    const std::pair<const char*, const char*> devices[] = {{"con", "CON"},       {"NUL.x.y", "NUL"},
+                                                           {"Prn .txt", "PRN"},  {"aux", "AUX"},
+                                                           {"COM1", "COM1"},     {"com\xC2\xB3", "COM\xC2\xB3"},
+                                                           {"conin$", "CONIN$"}, {"lpt9.ini", "LPT9"}};
+    for (const auto& [name, device] : devices)
         cases.push_back({name, std::string("cannot be that of the device ") + device});
     for (const auto& [name, problem] : cases) {
         EXPECT_EQ(support::FileNameProblem(name), problem) << name;

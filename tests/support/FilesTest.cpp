@@ -23,8 +23,12 @@ std::string ErrorOf(const std::function<void()>& operation) {
     return "no error";
 }
 
-TEST(Files, WritesWholeFilesAndReadsThemBack) {
+class Files : public testing::Test {
+  protected:
     const TempFolder folder;
+};
+
+TEST_F(Files, WritesWholeFilesAndReadsThemBack) {
     const std::string path = folder.File("f\xC3\xBC.txt");
     std::string bytes("a\r\n\0\xFF", 5);
     WriteWholeFile(path, bytes);
@@ -39,8 +43,7 @@ TEST(Files, WritesWholeFilesAndReadsThemBack) {
     EXPECT_EQ(FilesIn(folder.Path()), std::vector<std::string>{"f\xC3\xBC.txt"});
 }
 
-TEST(Files, AFailedWriteSaysWhyAndChangesNothing) {
-    const TempFolder folder;
+TEST_F(Files, AFailedWriteSaysWhyAndChangesNothing) {
     const std::string target = folder.File("target");
     fs::create_directory(target);
     EXPECT_EQ(ErrorOf([&] { WriteWholeFile(target, "new"); }), "Cannot write " + target + ": Is a directory");
@@ -56,8 +59,7 @@ TEST(Files, AFailedWriteSaysWhyAndChangesNothing) {
     EXPECT_EQ(FilesIn(target), std::vector<std::string>{});
 }
 
-TEST(Files, WholeFileWriterReplacesOnCommitOnly) {
-    const TempFolder folder;
+TEST_F(Files, WholeFileWriterReplacesOnCommitOnly) {
     const std::string path = folder.File("a.vesk");
     WriteWholeFile(path, "old");
     {
@@ -76,8 +78,7 @@ TEST(Files, WholeFileWriterReplacesOnCommitOnly) {
     EXPECT_EQ(FilesIn(folder.Path()), std::vector<std::string>{"a.vesk"});
 }
 
-TEST(Files, AppendsToAnOldOrNewFile) {
-    const TempFolder folder;
+TEST_F(Files, AppendsToAnOldOrNewFile) {
     AppendToFile(folder.File("log"), "one\r\n");
     AppendToFile(folder.Path() + "\\log", "two");
     EXPECT_EQ(ReadWholeFile(folder.File("log")), "one\r\ntwo");
@@ -85,8 +86,7 @@ TEST(Files, AppendsToAnOldOrNewFile) {
     EXPECT_EQ(ReadWholeFile(folder.File("log")), "one\r\ntwo\r\nthe line before was cut off\r\n");
 }
 
-TEST(Files, WritingAFileAnewRemovesWhatDeadWritersLeft) {
-    const TempFolder folder;
+TEST_F(Files, WritingAFileAnewRemovesWhatDeadWritersLeft) {
     const std::string deadProcess = "4194305";  // above every number that is given out
     const std::vector<std::string> others = {"a.xmt.tmp-", "a.xmt.tmp-1x", "b.xmt.tmp-" + deadProcess};
     for (const auto& name : others)
@@ -96,8 +96,7 @@ TEST(Files, WritingAFileAnewRemovesWhatDeadWritersLeft) {
     EXPECT_THAT(FilesIn(folder.Path()), testing::UnorderedElementsAre("a.xmt", others[0], others[1], others[2]));
 }
 
-TEST(Files, OnlyOneHoldsAFile) {
-    const TempFolder folder;
+TEST_F(Files, OnlyOneHoldsAFile) {
     const std::string path = folder.File("a.ini");
     WriteWholeFile(path + ".in-use", "17");  // of a process that has died
     auto held = HoldFile(path, "Veltra");
@@ -112,8 +111,7 @@ TEST(Files, OnlyOneHoldsAFile) {
     EXPECT_EQ(HoldFile(folder.File("missing/a.ini"), "Veltra"), nullptr);
 }
 
-TEST(Files, FoldersAndWhatIsInThem) {
-    const TempFolder folder;
+TEST_F(Files, FoldersAndWhatIsInThem) {
     const std::string file = folder.File("file");
     CreateFolders(folder.Path() + "\\a/b/");
     CreateFolders(folder.File("a/b"));

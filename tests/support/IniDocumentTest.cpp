@@ -15,8 +15,7 @@ using namespace support;
 
 TEST(IniDocument, ReadsLikeThePrivateProfileFunctions) {
     struct Case {
-        const char* what;
-        const char* text;
+        const char *what, *text;
         std::optional<std::string> value;  ///< of [V] k
     };
     const Case cases[] = {

@@ -13,8 +13,7 @@ const std::string separator(1, PathSeparator());
 
 TEST(Paths, JoinAndSplit) {
     struct Case {
-        const char* folder;
-        const char* name;
+        const char *folder, *name;
         std::string joined;
     };
     const Case cases[] = {{"C:\\a", "b.xmt", "C:\\a" + separator + "b.xmt"},
@@ -35,9 +34,7 @@ TEST(modFileUtils, CountsSeparatorsFromTheEnd) {
     struct Case {
         const char* path;
         std::int16_t n;
-        const char* with;
-        const char* without;
-        const char* folderName;
+        const char *with, *without, *folderName;
     };
     const Case cases[] = {{"C:\\a\\b.xmt", 0, "C:\\a\\", "C:\\a", "b.xmt"},
                           {"C:\\a\\b.xmt", 1, "C:\\", "C:", "a"},

@@ -111,28 +111,25 @@ TEST(PlatformPosix, ProgramFolderHoldsTheRunningProgram) {
 /// Sets the variables that choose the locale, and puts them back.
 class LocaleVariables {
   public:
-    explicit LocaleVariables(const std::map<std::string, std::string>& values) {
-        for (const char* name : {"LC_ALL", "LC_TIME", "LANG"}) {
-            const char* old = std::getenv(name);
-            old_[name] = old == nullptr ? std::nullopt : std::optional<std::string>(old);
-            ::unsetenv(name);
-        }
-        for (const auto& [name, value] : values)
-            ::setenv(name.c_str(), value.c_str(), 1);
+    using Values = std::map<std::string, std::string>;
+    explicit LocaleVariables(const Values& values) {
+        for (const char* name : names)
+            if (const char* old = std::getenv(name)) old_[name] = old;
+        Set(values);
     }
-    ~LocaleVariables() {
-        for (const auto& [name, value] : old_) {
-            if (value)
-                ::setenv(name.c_str(), value->c_str(), 1);
-            else
-                ::unsetenv(name.c_str());
-        }
-    }
+    ~LocaleVariables() { Set(old_); }
     LocaleVariables(const LocaleVariables&) = delete;
     LocaleVariables& operator=(const LocaleVariables&) = delete;
 
   private:
-    std::map<std::string, std::optional<std::string>> old_;
+    static void Set(const Values& values) {
+        for (const char* name : names)
+            ::unsetenv(name);
+        for (const auto& [name, value] : values)
+            ::setenv(name.c_str(), value.c_str(), 1);
+    }
+    static constexpr const char* names[] = {"LC_ALL", "LC_TIME", "LANG"};
+    Values old_;
 };
 
 TEST(PlatformPosix, WithoutAKnownLocaleTheFixedFormCounts) {
@@ -143,7 +140,7 @@ TEST(PlatformPosix, WithoutAKnownLocaleTheFixedFormCounts) {
     time.tm_hour = 15;
     time.tm_min = 5;
     time.tm_sec = 9;
-    for (const auto& values : {std::map<std::string, std::string>{},
+    for (const auto& values : {LocaleVariables::Values{},
                                {{"LC_ALL", ""}, {"LANG", "C"}},
                                {{"LC_ALL", "C.UTF-8"}},
                                {{"LC_TIME", "POSIX"}},

@@ -50,10 +50,7 @@ TEST(PlatformWindows, TheNullDeviceIsNoTerminal) {
 
 TEST(PlatformWindows, LocalesAndTheirPatterns) {
     struct Case {
-        const char* locale;
-        const char* date;
-        const char* time;
-        const char* names;
+        const char *locale, *date, *time, *names;
     };
     const Case cases[] = {{"en-US", "%-m/%-d/%Y", "%-I:%M:%S %p", "Monday May"},
                           {"en_US.UTF-8", "%-m/%-d/%Y", "%-I:%M:%S %p", "Monday May"},

@@ -30,8 +30,7 @@ TEST(DateTexts, GeneralDateAndRunTimeTag) {
     struct Case {
         DateFormat format;
         int hour;
-        const char* general;
-        const char* tag;
+        const char *general, *tag;
     };
     const Case cases[] = {
         {{}, 15, "5/13/2024 3:05:09 PM", "(5-13-2024, 3h05m09 PM)"},

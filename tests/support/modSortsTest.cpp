@@ -23,10 +23,8 @@ Peaks SomePeaks() {
 
 TEST(modSorts, SortsAscendingWithTiesByTheOtherPropertyDescending) {
     struct Case {
-        int low;
-        int high;
-        const char* key;
-        const char* order;
+        int low, high;
+        const char *key, *order;
     };
     const Case cases[] = {
         {1, 6, "Centroid Intensity", "fbaecd"}, {1, 6, "CentroidMass", "dbcaef"},

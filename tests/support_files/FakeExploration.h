@@ -11,6 +11,7 @@
 #include "ports/DataExploration.h"
 #include "ports/HostError.h"
 #include "support/NumberText.h"
+#include "tests/support_files/FakeHandle.h"
 #include "tests/support_files/FixedDataObjects.h"
 
 struct FakePeak {
@@ -148,17 +149,11 @@ class DataExploration : public ports::DataExploration {
   public:
     explicit DataExploration(FakeData& data) : data_(data) {}
 
-    std::unique_ptr<ports::ChromatogramData> CreateChromatogramData() override {
-        return std::make_unique<ChromatogramData>(data_);
-    }
-    std::unique_ptr<ports::SpectrumData> CreateSpectrumData() override { return std::make_unique<SpectrumData>(data_); }
-    std::unique_ptr<ports::SmoothingProcessor> CreateSmoothingProcessor() override {
-        return std::make_unique<SmoothingProcessor>();
-    }
-    std::unique_ptr<ports::PeakList> ExplorePeakList(const std::string&, int,
-                                                     const ports::SpectrumData& spectrum) override {
-        return std::make_unique<PeakList>(dynamic_cast<const SpectrumData&>(spectrum).peaks);
-    }
+    VELTRA_FAKE_HANDLE(ChromatogramData, CreateChromatogramData, (), data_)
+    VELTRA_FAKE_HANDLE(SpectrumData, CreateSpectrumData, (), data_)
+    VELTRA_FAKE_HANDLE(SmoothingProcessor, CreateSmoothingProcessor, ())
+    VELTRA_FAKE_HANDLE(PeakList, ExplorePeakList, (const std::string&, int, const ports::SpectrumData& spectrum),
+                       dynamic_cast<const SpectrumData&>(spectrum).peaks)
 
   private:
     FakeData& data_;

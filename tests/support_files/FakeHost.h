@@ -47,9 +47,7 @@ class TolmService : public ports::TolmService {
     }
     void TolmSelectProject(const std::string&, const std::string&, const std::string&) override {}
     void TolmLogoff(const std::string&) override {}
-    std::unique_ptr<ports::TolmBatch> TolmNewBatch(const std::string&) override {
-        return std::make_unique<TolmBatch>();
-    }
+    VELTRA_FAKE_HANDLE(TolmBatch, TolmNewBatch, (const std::string&))
     void TolmSubmitBatch(const std::string&, ports::TolmBatch& batch) override {
         submitted_.push_back(dynamic_cast<TolmBatch&>(batch).batch);
     }
@@ -87,12 +85,7 @@ class InstrumentHelper : public ports::InstrumentHelper {
         if (found == stepSizes_.end()) throw ports::HostError(5, "no scan rate " + scanRate);
         return found->second;
     }
-    std::vector<std::string> HostGetScanRates(std::int32_t, int) override {
-        std::vector<std::string> rates;
-        for (const auto& [rate, step] : stepSizes_)
-            rates.push_back(rate);
-        return rates;
-    }
+    std::vector<std::string> HostGetScanRates(std::int32_t, int) override { return {}; }
 
   private:
     std::int32_t modelCode_;
@@ -116,9 +109,7 @@ class ElementTable : public ports::ElementTable {
 class HostApplication : public ports::HostApplication {
   public:
     explicit HostApplication(FakeMethodStore& store) : store_(store) {}
-    std::unique_ptr<ports::AcquisitionService> GetAcquisitionService() override {
-        return std::make_unique<AcquisitionService>(store_);
-    }
+    VELTRA_FAKE_HANDLE(AcquisitionService, GetAcquisitionService, (), store_)
 
   private:
     FakeMethodStore& store_;
@@ -146,20 +137,12 @@ class FakeHost : public ports::Host {
     std::unique_ptr<ports::HostApplication> AttachToRunningApplication() override {
         return applicationIsRunning ? std::make_unique<fake::HostApplication>(store) : nullptr;
     }
-    std::unique_ptr<ports::TolmService> TolmCreateService() override {
-        return std::make_unique<fake::TolmService>(submitted);
-    }
-    std::unique_ptr<ports::QueueServer> HostQueueServer() override { return std::make_unique<fake::QueueServer>(); }
-    std::unique_ptr<ports::Pause> CreatePause() override { return std::make_unique<fake::Pause>(); }
-    std::unique_ptr<ports::DataExploration> CreateDataExploration() override {
-        return std::make_unique<fake::DataExploration>(data);
-    }
-    std::unique_ptr<ports::InstrumentHelper> CreateInstrumentHelper() override {
-        return std::make_unique<fake::InstrumentHelper>(modelCode, stepSizes);
-    }
-    std::unique_ptr<ports::ElementTable> OpenElementTable(const std::string&) override {
-        return std::make_unique<fake::ElementTable>(elements);
-    }
+    VELTRA_FAKE_HANDLE(TolmService, TolmCreateService, (), submitted)
+    VELTRA_FAKE_HANDLE(QueueServer, HostQueueServer, ())
+    VELTRA_FAKE_HANDLE(Pause, CreatePause, ())
+    VELTRA_FAKE_HANDLE(DataExploration, CreateDataExploration, (), data)
+    VELTRA_FAKE_HANDLE(InstrumentHelper, CreateInstrumentHelper, (), modelCode, stepSizes)
+    VELTRA_FAKE_HANDLE(ElementTable, OpenElementTable, (const std::string&), elements)
     std::optional<std::string> RegRead(const std::string& path) override {
         if (path == statusPath) {
             const std::size_t last = queueStatuses.size() - 1;
@@ -168,7 +151,7 @@ class FakeHost : public ports::Host {
         const auto found = registry.find(path);
         return found == registry.end() ? std::nullopt : std::optional(found->second);
     }
-    bool HostOpenDocument(const std::string& path) override { return store.methods.contains(path); }
+    bool HostOpenDocument(const std::string&) override { return false; }
     std::string GetDescription() const override { return "Nothing is measured here"; }
 
   private:

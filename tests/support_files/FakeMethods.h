@@ -11,6 +11,7 @@
 
 #include "ports/AcquisitionMethods.h"
 #include "ports/HostError.h"
+#include "tests/support_files/FakeHandle.h"
 
 /// An acquisition method as FakeHost keeps it: one mass-spectrometer method of one period with one experiment.
 struct FakeMethod {
@@ -106,9 +107,7 @@ class MassRange : public PartOf<ports::MassRange> {
         Range().step = step;
     }
     void HostSetDwellTime(double dwellTimeMs) override { Range().dwellTimeMs = dwellTimeMs; }
-    std::unique_ptr<ports::ParameterTable> HostGetParameterTable() override {
-        return std::make_unique<ParameterTable>(document_, index_);
-    }
+    VELTRA_FAKE_HANDLE(ParameterTable, HostGetParameterTable, (), document_, index_)
 
   private:
     FakeMethod::Range& Range() { return Method().ranges.at(static_cast<std::size_t>(index_)); }
@@ -131,13 +130,9 @@ class Experiment : public PartOf<ports::Experiment> {
         Method().ranges.push_back({0, 0, 0, 0, Method().defaults});
         return HostGetMassRangeCount() - 1;
     }
-    std::unique_ptr<ports::MassRange> HostGetMassRange(int index) override {
-        return std::make_unique<MassRange>(document_, index);
-    }
+    VELTRA_FAKE_HANDLE(MassRange, HostGetMassRange, (int index), document_, index)
     void HostSetFirstPrecursor(double mass) override { Method().firstPrecursor = mass; }
-    std::unique_ptr<ports::ParameterTable> HostGetSourceGasTable() override {
-        return std::make_unique<ParameterTable>(document_, -1);
-    }
+    VELTRA_FAKE_HANDLE(ParameterTable, HostGetSourceGasTable, (), document_, -1)
 };
 
 class ExtendedExperiment : public PartOf<ports::ExtendedExperiment> {
@@ -159,12 +154,8 @@ class ExtendedExperiment : public PartOf<ports::ExtendedExperiment> {
 class Period : public PartOf<ports::Period> {
   public:
     using PartOf::PartOf;
-    std::unique_ptr<ports::Experiment> HostGetExperiment(int) override {
-        return std::make_unique<Experiment>(document_);
-    }
-    std::unique_ptr<ports::ExtendedExperiment> HostGetExtendedExperiment(int) override {
-        return std::make_unique<ExtendedExperiment>(document_);
-    }
+    VELTRA_FAKE_HANDLE(Experiment, HostGetExperiment, (int), document_)
+    VELTRA_FAKE_HANDLE(ExtendedExperiment, HostGetExtendedExperiment, (int), document_)
     void HostResetPeriodParameters() override { Method().ramp.reset(); }
     void HostSetRampParameter(const std::string& id, float start, float stop, float step) override {
         Method().ramp = FakeMethod::Ramp{id, start, stop, step};
@@ -175,7 +166,7 @@ class Period : public PartOf<ports::Period> {
 class MassSpecMethod : public PartOf<ports::MassSpecMethod> {
   public:
     using PartOf::PartOf;
-    std::unique_ptr<ports::Period> HostGetPeriod(int) override { return std::make_unique<Period>(document_); }
+    VELTRA_FAKE_HANDLE(Period, HostGetPeriod, (int), document_)
     int HostGetMethodOperatingMode() const override { return Method().operatingMode; }
     int HostGetCurrentOperatingMode() const override { return document_->store.currentOperatingMode; }
     double HostGetExpectedDuration() const override { return Method().expectedDurationMs; }

@@ -24,16 +24,20 @@ class Observed : public ObservedPort {
   public:
     using Port = ObservedPort;
     Observed(std::string kind, std::unique_ptr<Port> inner, HostCalls& calls)
-        : calls_(calls), kind_(std::move(kind)), inner_(std::move(inner)) {}
-    ~Observed() override { calls_.Released(kind_); }
+        : calls_(calls), kind_(std::move(kind)), owned_(std::move(inner)), inner_(*owned_) {}
+    /// Of a port that outlives this one; nobody is told of its release.
+    Observed(Port& inner, HostCalls& calls) : calls_(calls), inner_(inner) {}
+    ~Observed() override {
+        if (owned_) calls_.Released(kind_);
+    }
 
-    Port& Inner() const { return *inner_; }
+    Port& Inner() const { return inner_; }
 
   protected:
     template <class Operation, class... Args>
     auto Pass(const char* name, Operation operation, const Args&... args) const {
         calls_.Before(name, args...);
-        return calls_.Answer(name, [&] { return std::invoke(operation, *inner_, args...); });
+        return calls_.Answer(name, [&] { return std::invoke(operation, inner_, args...); });
     }
     template <class Wrapper, class Handle>
     std::unique_ptr<Handle> Wrap(const char* kind, std::unique_ptr<Handle> handle) const {
@@ -45,7 +49,8 @@ class Observed : public ObservedPort {
 
   private:
     std::string kind_;
-    std::unique_ptr<Port> inner_;
+    std::unique_ptr<Port> owned_;
+    Port& inner_;
 };
 
 /// What the host itself must be given when one of its handles comes back to it.

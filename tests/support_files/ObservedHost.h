@@ -92,58 +92,23 @@ class ObservedHostApplication : public Observed<ports::HostApplication> {
 
 /// A whole host, every call of which goes through HostCalls first. The two operations that never fail by contract are
 /// recorded, but no failure can be asked of them.
-class ObservedHost : public ports::Host {
+class ObservedHost : public Observed<ports::Host> {
   public:
-    /// Both outlive the observed host.
-    ObservedHost(ports::Host& inner, HostCalls& calls) : inner_(inner), calls_(calls) {}
-
-    std::unique_ptr<ports::HostApplication> AttachToRunningApplication() override {
-        return Handle<ObservedHostApplication>("AttachToRunningApplication", "HostApplication",
-                                               &ports::Host::AttachToRunningApplication);
-    }
-    std::unique_ptr<ports::TolmService> TolmCreateService() override {
-        return Handle<ObservedTolmService>("TolmCreateService", "TolmService", &ports::Host::TolmCreateService);
-    }
-    std::unique_ptr<ports::QueueServer> HostQueueServer() override {
-        return Handle<ObservedQueueServer>("HostQueueServer", "QueueServer", &ports::Host::HostQueueServer);
-    }
-    std::unique_ptr<ports::Pause> CreatePause() override {
-        return Handle<ObservedPause>("CreatePause", "Pause", &ports::Host::CreatePause);
-    }
-    std::unique_ptr<ports::DataExploration> CreateDataExploration() override {
-        return Handle<ObservedDataExploration>("CreateDataExploration", "DataExploration",
-                                               &ports::Host::CreateDataExploration);
-    }
-    std::unique_ptr<ports::InstrumentHelper> CreateInstrumentHelper() override {
-        return Handle<ObservedInstrumentHelper>("CreateInstrumentHelper", "InstrumentHelper",
-                                                &ports::Host::CreateInstrumentHelper);
-    }
-    std::unique_ptr<ports::ElementTable> OpenElementTable(const std::string& path) override {
-        return Handle<ObservedElementTable>("OpenElementTable", "ElementTable", &ports::Host::OpenElementTable, path);
-    }
-    std::optional<std::string> RegRead(const std::string& path) override {
-        calls_.Before("RegRead", path);
-        return calls_.Answer("RegRead", [&] { return inner_.RegRead(path); });
-    }
+    using Observed::Observed;
+    VELTRA_OBSERVED_HANDLE(HostApplication, AttachToRunningApplication, ())
+    VELTRA_OBSERVED_HANDLE(TolmService, TolmCreateService, ())
+    VELTRA_OBSERVED_HANDLE(QueueServer, HostQueueServer, ())
+    VELTRA_OBSERVED_HANDLE(Pause, CreatePause, ())
+    VELTRA_OBSERVED_HANDLE(DataExploration, CreateDataExploration, ())
+    VELTRA_OBSERVED_HANDLE(InstrumentHelper, CreateInstrumentHelper, ())
+    VELTRA_OBSERVED_HANDLE(ElementTable, OpenElementTable, (const std::string& path), path)
+    VELTRA_OBSERVED(std::optional<std::string>, RegRead, (const std::string& path), override, path)
     bool HostOpenDocument(const std::string& path) override {
         calls_.Note("HostOpenDocument(\"" + path + "\")");
-        return inner_.HostOpenDocument(path);
+        return Inner().HostOpenDocument(path);
     }
     std::string GetDescription() const override {
         calls_.Note("GetDescription()");
-        return inner_.GetDescription();
+        return Inner().GetDescription();
     }
-
-  private:
-    template <class Wrapper, class Port, class... Params, class... Args>
-    std::unique_ptr<Port> Handle(const char* name, const char* kind,
-                                 std::unique_ptr<Port> (ports::Host::*operation)(Params...), const Args&... args) {
-        calls_.Before(name, args...);
-        auto handle = calls_.Answer(name, [&] { return std::invoke(operation, inner_, args...); });
-        if (!handle) return nullptr;
-        return std::make_unique<Wrapper>(kind, std::move(handle), calls_);
-    }
-
-    ports::Host& inner_;
-    HostCalls& calls_;
 };

@@ -59,8 +59,7 @@ TEST_F(OrvanelConfigTest, DefaultsAndAMissingFile) {
 
 TEST_F(OrvanelConfigTest, ErrorsNameLineKeyAndWhatIsAllowed) {
     const struct {
-        const char* text;
-        const char* expected;
+        const char *text, *expected;
     } cases[] = {
         {"[Orvanel]\nModelCode=abc", "line 2: ModelCode=abc is not allowed, a whole number from 1 to 9999 is"},
         {"[Orvanel]\nModelCode=27.0", "line 2: ModelCode=27.0 is not allowed, a whole number from 1 to 9999 is"},
@@ -71,8 +70,7 @@ TEST_F(OrvanelConfigTest, ErrorsNameLineKeyAndWhatIsAllowed) {
         {"[Orvanel]\nClockFactor=nan", "line 2: ClockFactor=nan is not allowed, a number from 0 to 100000 is"},
         {"[Orvanel]\nModel=27",
          "line 2: unknown key \"Model\", [Orvanel] may hold Running, ModelCode, OperatingMode, ClockFactor, "
-         "DataLocation "
-         "and AppLocation"},
+         "DataLocation and AppLocation"},
         {"[Orvanel]\nRunning=1\nrunning=1", "line 3: [Orvanel] running: occurs twice; remove one"},
         {"[Simulation]\n[SIMULATION]", "line 2: Section [SIMULATION] occurs twice; join the two"},
         {"[Other]", "line 1: unknown section [Other], there may be [Orvanel], [Sample], [Simulation] and [Faults]"},

@@ -51,7 +51,6 @@ TEST(ElementTableFile, RefusesFaultsByFileAndLine) {
     };
     const Case cases[] = {
         {"", ": The file holds 0 elements; it needs 1 to 200"},
-        {"[H]\n1=1.0078\n", ", line 2: [H] 1: needs 2 numbers separated by commas, not \"1.0078\""},
         {"[H]\n1=-1.0078, 100\n", ", line 2: [H] 1: \"-1.0078\" is not a number from 0 to 500"},
         {"[H]\n1=2.0141, 100\n", ", line 2: [H] 1: the mass 2.0141 Da does not belong to this mass number"},
         {"[H]\nx=1.0078, 100\n", ", line 2: [H] x: a key is an isotope's mass number, 1 to 400"},
@@ -61,7 +60,6 @@ TEST(ElementTableFile, RefusesFaultsByFileAndLine) {
         {"[H]\n1=1.0078, 100\n2=2.0141, 100\n",
          ", line 1: [H] has 2 isotopes of abundance 100; exactly the most abundant one has 100"},
         {"[hydrogen]\n1=1.0078, 100\n", ", line 1: \"hydrogen\" is no element symbol, such as Cl"},
-        {"[H]\n1=1.0078, 100\n[H]\n2=2.0141, 100\n", ", line 3: Section [H] occurs twice; join the two"},
     };
     const TempFolder folder;
     const std::string path = folder.File("e.ini");
@@ -69,8 +67,9 @@ TEST(ElementTableFile, RefusesFaultsByFileAndLine) {
         support::WriteWholeFile(path, faulty.text);
         EXPECT_EQ(bench::ErrorOf([&] { OpenElementTableFile(path); }), path + faulty.message);
     }
-    EXPECT_NE(bench::ErrorOf([&] { OpenElementTableFile(folder.File("none.ini")); }).find("none.ini"),
-              std::string::npos);
+    const std::string none = folder.File("none.ini");
+    EXPECT_EQ(bench::ErrorOf([&] { OpenElementTableFile(none); }),
+              "Cannot read " + none + ": No such file or directory");
 }
 
 }  // namespace

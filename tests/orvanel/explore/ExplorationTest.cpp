@@ -46,8 +46,7 @@ TEST_F(ExplorationTest, ChromatogramsSumThePointsWithinInclusiveBounds) {
     EXPECT_THAT(ramp->GetXValues(), ElementsAre(0, 0.5, 1));
     EXPECT_THAT(ramp->GetYValues(), ElementsAre(40, 80, 120));
     struct Case {
-        double start;
-        double stop;
+        double start, stop;
         Values sums;
     };
     for (const Case& window : {Case{100, 100.25, {30, 60, 90}}, Case{100.0001, 100.2499, {0, 0, 0}},
@@ -100,8 +99,7 @@ TEST_F(ExplorationTest, SpectraByTimeFollowTheChromatogramsAxisWithHalfACycleOfT
     auto falling = Spectrum(SampleRamp(13, "DP", 0, -5, 3));
     struct Case {
         ports::SpectrumData* spectrum;
-        float start;
-        float stop;
+        float start, stop;
         double apex;
     };
     for (const Case& range :

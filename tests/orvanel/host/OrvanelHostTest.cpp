@@ -22,6 +22,26 @@ struct Surroundings {
     std::unique_ptr<ports::Host> Host() {
         return orvanel::CreateOrvanelHost(orvanel::ReadOrvanelConfig(facts.orvanelIniPath, VELTRA_APP_LOCATION), clock);
     }
+    /// Logs on and selects the project.
+    std::string SessionIn(ports::TolmService& service) {
+        service.TolmInitialize();
+        const std::string session = service.TolmLogon("", "", "", "", "Test");
+        service.TolmSelectProject(session, folder.File("Projects/"), "Study1");
+        return session;
+    }
+    /// Submits the starter method. @return the text of the refusal, or an empty one
+    std::string SubmitStarter(ports::Host& host, const std::string& dataFile) {
+        return HostErrorOf([&] {
+            auto service = host.TolmCreateService();
+            const std::string session = SessionIn(*service);
+            auto batch = service->TolmNewBatch(session);
+            batch->TolmSetBatchName("b.xbt");
+            batch->TolmSetBatchProject(folder.File("Projects/Study1"));
+            batch->TolmSetSetAcquisitionMethod(batch->TolmAddSet("S"), "Start.xmt");
+            batch->TolmSetSampleDataFile(0, batch->TolmAddSample(0), dataFile);
+            service->TolmSubmitBatch(session, *batch);
+        });
+    }
 
     TempFolder folder;
     orvanel::ProjectFacts facts;
@@ -31,112 +51,79 @@ struct Surroundings {
 
 HostUnderTest OrvanelUnderTest() {
     auto surroundings = std::make_shared<Surroundings>();
-    HostUnderTest under;
-    under.host = surroundings->Host();
-    under.projectPath = surroundings->folder.File("Projects/");
-    under.projectName = "Study1";
-    under.methodFolder = under.projectPath + "Study1/Acquisition Methods";
-    under.methodPath = surroundings->facts.starterMethodPath;
-    under.expectedMz = surroundings->facts.expectedMz;
-    under.elementTablePath = std::string(VELTRA_APP_LOCATION) + "/bin/QvElements.ini";
-    under.scanRate = "1000";
-    under.surroundings = surroundings;
-    return under;
+    return {.surroundings = surroundings,
+            .host = surroundings->Host(),
+            .projectPath = surroundings->folder.File("Projects/"),
+            .projectName = "Study1",
+            .methodFolder = surroundings->folder.File("Projects/Study1/Acquisition Methods"),
+            .methodPath = surroundings->facts.starterMethodPath,
+            .expectedMz = surroundings->facts.expectedMz,
+            .elementTablePath = std::string(VELTRA_APP_LOCATION) + "/bin/QvElements.ini",
+            .scanRate = "1000"};
 }
 
 INSTANTIATE_TEST_SUITE_P(Orvanel, HostPortsConformance,
                          testing::Values(HostUnderTestFactory{"Orvanel", OrvanelUnderTest}),
                          [](const auto& parameter) { return std::string(parameter.param.name); });
 
-/// Submits the starter method. @return the text of the refusal, or an empty one
-std::string SubmitStarter(ports::Host& host, Surroundings& surroundings, const std::string& dataFile) {
-    return HostErrorOf([&] {
-        auto service = host.TolmCreateService();
-        service->TolmInitialize();
-        const std::string session = service->TolmLogon("", "", "", "", "Test");
-        service->TolmSelectProject(session, surroundings.folder.File("Projects/"), "Study1");
-        auto batch = service->TolmNewBatch(session);
-        batch->TolmSetBatchName("b.xbt");
-        batch->TolmSetBatchProject(surroundings.folder.File("Projects/Study1"));
-        batch->TolmSetSetAcquisitionMethod(batch->TolmAddSet("S"), "Start.xmt");
-        batch->TolmSetSampleDataFile(0, batch->TolmAddSample(0), dataFile);
-        service->TolmSubmitBatch(session, *batch);
-    });
-}
+class OrvanelHost : public testing::Test, protected Surroundings {
+  protected:
+    void StartQueue() {
+        auto queue = host->HostQueueServer();
+        queue->HostQueuePrepare();
+        queue->HostQueueEnable();
+        queue->HostQueueRun();
+    }
+    std::unique_ptr<ports::Host> host = Host();
+};
 
-void StartQueue(ports::Host& host) {
-    auto queue = host.HostQueueServer();
-    queue->HostQueuePrepare();
-    queue->HostQueueEnable();
-    queue->HostQueueRun();
-}
-
-TEST(OrvanelHost, AcquiresLogsAndPublishes) {
-    Surroundings surroundings;
-    auto host = surroundings.Host();
-    const auto registry = [&] { return support::ReadWholeFile(surroundings.folder.File("Orvanel.registry.ini")); };
-    StartQueue(*host);
-    EXPECT_EQ(SubmitStarter(*host, surroundings, "d.vesk"), "");
+TEST_F(OrvanelHost, AcquiresLogsAndPublishes) {
+    const auto registry = [&] { return support::ReadWholeFile(folder.File("Orvanel.registry.ini")); };
+    StartQueue();
+    EXPECT_EQ(SubmitStarter(*host, "d.vesk"), "");
     EXPECT_NE(registry().find("Current Sample Status=2\r\n"), std::string::npos);
-    auto method = host->AttachToRunningApplication()->GetAcquisitionService()->HostOpenMethod(
-        surroundings.facts.starterMethodPath);
+    auto method = host->AttachToRunningApplication()->GetAcquisitionService()->HostOpenMethod(facts.starterMethodPath);
     const double durationMs = method->HostEnumDeviceMethods(1)->AsMassSpecMethod()->HostGetExpectedDuration();
-    surroundings.clock.Sleep(durationMs - 1);
+    clock.Sleep(durationMs - 1);
     EXPECT_EQ(host->RegRead(statusValue), "3");
-    surroundings.clock.Sleep(1001);
+    clock.Sleep(1001);
     EXPECT_EQ(host->RegRead(statusValue), "4");
     EXPECT_NE(registry().find("Current Sample Status=4\r\n"), std::string::npos);
 
-    auto spectrum = host->CreateDataExploration()->CreateSpectrumData();
-    const std::string data = surroundings.folder.File("Projects/Study1/Data/d.vesk");
-    spectrum->ExploreSetDataFile(data);
-    spectrum->ExploreLoadSpectrumByCycle(1, 1, 10);
-    auto peaks = host->CreateDataExploration()->ExplorePeakList(data, 1, *spectrum);
-    const int parent = peaks->ExploreFindHighestInRange(608.28, 610.28);
-    ASSERT_GT(parent, 0);
-    EXPECT_NEAR(peaks->ExplorePeakCentroid(parent, ports::PeakList::centroidMz), 609.28, 0.2);
-
-    const std::string log = support::ReadWholeFile(surroundings.folder.File("Orvanel.log"));
-    EXPECT_EQ(log.substr(log.find('\t')), "\t" + surroundings.facts.starterMethodPath + "\t" + data + "\tfinished\r\n");
+    const std::string data = folder.File("Projects/Study1/Data/d.vesk");
+    const std::string log = support::ReadWholeFile(folder.File("Orvanel.log"));
+    EXPECT_EQ(log.substr(log.find('\t')), "\t" + facts.starterMethodPath + "\t" + data + "\tfinished\r\n");
     EXPECT_EQ(log.rfind("5/13/2024 3:", 0), 0U) << log;
     EXPECT_NE(support::ReadWholeFile(data).find("2024-05-13T15:45:2"), std::string::npos);
 }
 
-TEST(OrvanelHost, AnAcquisitionThatCannotBeWrittenFails) {
-    Surroundings surroundings;
-    auto host = surroundings.Host();
-    StartQueue(*host);
-    support::CreateFolders(surroundings.folder.File("Projects/Study1/Data/Run"));
-    EXPECT_EQ(SubmitStarter(*host, surroundings, "Run/d.vesk"), "");
-    std::filesystem::remove_all(surroundings.folder.File("Projects/Study1/Data/Run"));
-    surroundings.clock.Sleep(1e6);
+TEST_F(OrvanelHost, AnAcquisitionThatCannotBeWrittenFails) {
+    StartQueue();
+    support::CreateFolders(folder.File("Projects/Study1/Data/Run"));
+    EXPECT_EQ(SubmitStarter(*host, "Run/d.vesk"), "");
+    std::filesystem::remove_all(folder.File("Projects/Study1/Data/Run"));
+    clock.Sleep(1e6);
     EXPECT_EQ(host->RegRead(statusValue), "6");
-    EXPECT_NE(support::ReadWholeFile(surroundings.folder.File("Orvanel.log")).find("d.vesk\tfailed: "),
-              std::string::npos);
+    EXPECT_NE(support::ReadWholeFile(folder.File("Orvanel.log")).find("d.vesk\tfailed: "), std::string::npos);
 }
 
-TEST(OrvanelHost, SubmittingRefusesMethodsThatCannotBeAcquired) {
-    Surroundings surroundings;
-    auto host = surroundings.Host();
-    const std::string path = surroundings.facts.starterMethodPath;
+TEST_F(OrvanelHost, SubmittingRefusesMethodsThatCannotBeAcquired) {
+    const std::string path = facts.starterMethodPath;
     auto document = orvanel::ReadMethodFile(path);
     document.devices[1].massSpec->periods[0].experiments[0].massRanges[0].compoundParameters[0].value = 1000;
     orvanel::WriteMethodFile(path, document);
-    EXPECT_EQ(SubmitStarter(*host, surroundings, "d.vesk").rfind("6131: " + path + ": The method cannot", 0), 0U);
+    EXPECT_EQ(SubmitStarter(*host, "d.vesk").rfind("6131: " + path + ": The method cannot", 0), 0U);
     document.devices.pop_back();
     orvanel::WriteMethodFile(path, document);
-    EXPECT_EQ(SubmitStarter(*host, surroundings, "d.vesk"),
-              "1121: " + path + ": the method has no mass spectrometer part");
+    EXPECT_EQ(SubmitStarter(*host, "d.vesk"), "1121: " + path + ": the method has no mass spectrometer part");
     EXPECT_EQ(host->RegRead(statusValue), "0");
 }
 
-TEST(OrvanelHost, RegistryValues) {
-    Surroundings surroundings;
-    auto host = surroundings.Host();
+TEST_F(OrvanelHost, RegistryValues) {
     const std::string dataLocation = std::string(installKey) + "DataLocation";
-    EXPECT_EQ(host->RegRead(dataLocation), surroundings.folder.Path());
+    EXPECT_EQ(host->RegRead(dataLocation), folder.Path());
     EXPECT_EQ(host->RegRead(std::string(installKey) + "AppLocation"), VELTRA_APP_LOCATION);
-    support::WriteWholeFile(surroundings.folder.File("Orvanel.registry.ini"),
+    support::WriteWholeFile(folder.File("Orvanel.registry.ini"),
                             "[hkey_local_machine\\software\\dravik\\orvanel\\install]\r\ndatalocation=/elsewhere\r\n");
     EXPECT_EQ(host->RegRead(dataLocation), "/elsewhere");
 
@@ -144,22 +131,18 @@ TEST(OrvanelHost, RegistryValues) {
     const std::string subProject = std::string(lastFilesKey) + "SubProject";
     EXPECT_EQ(host->RegRead(project), std::nullopt);
     auto service = host->TolmCreateService();
-    service->TolmInitialize();
-    const std::string session = service->TolmLogon("", "", "", "", "Test");
-    service->TolmSelectProject(session, surroundings.folder.File("Projects/"), "Study1");
+    const std::string session = SessionIn(*service);
     EXPECT_EQ(host->RegRead(project), "Study1");
     EXPECT_EQ(host->RegRead(subProject), "");
-    support::CreateFolders(surroundings.folder.File("Projects/Study1/Sub"));
-    service->TolmSelectProject(session, surroundings.folder.File("Projects/Study1/"), "Sub");
+    support::CreateFolders(folder.File("Projects/Study1/Sub"));
+    service->TolmSelectProject(session, folder.File("Projects/Study1/"), "Sub");
     EXPECT_EQ(host->RegRead(project), "Study1");
     EXPECT_EQ(host->RegRead(subProject), "Sub");
     EXPECT_EQ(host->RegRead(dataLocation), "/elsewhere");  // other values of the file are kept
 }
 
-TEST(OrvanelHost, NotRunning) {
-    Surroundings surroundings;
-    auto config = orvanel::ReadOrvanelConfig(surroundings.folder.File("none.ini"), VELTRA_APP_LOCATION);
-    auto host = orvanel::CreateOrvanelHost(config, surroundings.clock);
+TEST_F(OrvanelHost, NotRunning) {
+    host = orvanel::CreateOrvanelHost(orvanel::ReadOrvanelConfig(folder.File("none.ini"), VELTRA_APP_LOCATION), clock);
     EXPECT_EQ(host->AttachToRunningApplication(), nullptr);
     EXPECT_EQ(host->RegRead(statusValue), std::nullopt);
     EXPECT_EQ(host->GetDescription(), "Simulated instrument: nothing here was measured");
@@ -175,13 +158,12 @@ TEST(OrvanelHost, NotRunning) {
               "1502: Scan rate \"1e3\" is not offered by model 27 for scan type 12, which has 250, 1000, 4000, 10000");
 }
 
-TEST(OrvanelHost, AWrongSetUpIsRefused) {
-    Surroundings surroundings;
-    const auto config = orvanel::ReadOrvanelConfig(surroundings.facts.orvanelIniPath, VELTRA_APP_LOCATION);
+TEST_F(OrvanelHost, AWrongSetUpIsRefused) {
+    const auto config = orvanel::ReadOrvanelConfig(facts.orvanelIniPath, VELTRA_APP_LOCATION);
     const auto errorWith = [&](const std::function<void(orvanel::OrvanelConfig&)>& change) {
         auto wrong = config;
         change(wrong);
-        return HostErrorOf([&] { orvanel::CreateOrvanelHost(wrong, surroundings.clock); });
+        return HostErrorOf([&] { orvanel::CreateOrvanelHost(wrong, clock); });
     };
     EXPECT_EQ(errorWith([](auto& wrong) { wrong.modelCode = 5; }),
               "1501: Instrument model 5 is not known, there are 14, 22, 24, 26, 27, 29, 31, 33, 99");
@@ -192,23 +174,23 @@ TEST(OrvanelHost, AWrongSetUpIsRefused) {
                 }).starts_with("1010: There is no compound \"unobtainium\" in "));
 }
 
-TEST(OrvanelHost, DescriptionNamesWhatIsSprayedAndWhatIsMadeToGoWrong) {
-    Surroundings surroundings;
-    EXPECT_EQ(surroundings.Host()->GetDescription(),
+TEST_F(OrvanelHost, DescriptionNamesWhatIsSprayedAndWhatIsMadeToGoWrong) {
+    EXPECT_EQ(host->GetDescription(),
               "Simulated instrument: nothing here was measured (spraying reserpine [M+H]+ at m/z 609.281)");
-    auto config = orvanel::ReadOrvanelConfig(surroundings.facts.orvanelIniPath, VELTRA_APP_LOCATION);
+    host.reset();  // a project has one host at a time
+    auto config = orvanel::ReadOrvanelConfig(facts.orvanelIniPath, VELTRA_APP_LOCATION);
     config.faults.sodiumAdduct = 5;
     config.faults.saturation = 100;
-    EXPECT_EQ(orvanel::CreateOrvanelHost(config, surroundings.clock)->GetDescription(),
+    EXPECT_EQ(orvanel::CreateOrvanelHost(config, clock)->GetDescription(),
               "Simulated instrument: nothing here was measured (spraying reserpine [M+H]+ at m/z 609.281, reserpine "
               "sodium adduct [M+Na]+ at m/z 631.263), with injected faults: SodiumAdduct=5; Saturation=100");
     config.faults = {};
     config.sample.clear();
-    EXPECT_EQ(orvanel::CreateOrvanelHost(config, surroundings.clock)->GetDescription(),
+    EXPECT_EQ(orvanel::CreateOrvanelHost(config, clock)->GetDescription(),
               "Simulated instrument: nothing here was measured (spraying solvent only)");
     config.faults.sodiumAdduct = 5;
     config.sample = {{"warfarin", 1}};
-    EXPECT_EQ(HostErrorOf([&] { orvanel::CreateOrvanelHost(config, surroundings.clock); }),
+    EXPECT_EQ(HostErrorOf([&] { orvanel::CreateOrvanelHost(config, clock); }),
               "6121: SodiumAdduct is not possible for warfarin [M-H]-, spray an [M+H]+ ion or remove the key from "
               "[Faults]");
 }
@@ -219,8 +201,7 @@ TEST(CreateProject, EveryCompoundStartsOnEveryTrap) {
             Surroundings surroundings(compound.name, model);
             EXPECT_EQ(surroundings.facts.expectedMz, compound.mz);
             EXPECT_EQ(surroundings.facts.polarity, compound.polarity);
-            auto host = surroundings.Host();
-            EXPECT_EQ(SubmitStarter(*host, surroundings, "d.vesk"), "") << compound.name << model;
+            EXPECT_EQ(surroundings.SubmitStarter(*surroundings.Host(), "d.vesk"), "") << compound.name << model;
             const auto document = orvanel::ReadMethodFile(surroundings.facts.starterMethodPath);
             EXPECT_EQ(document.devices[0].kind, "SyringePump");
             const auto& table = document.MassSpec()->periods[0].experiments[0].massRanges[0].compoundParameters;

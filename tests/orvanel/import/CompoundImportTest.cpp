@@ -172,8 +172,6 @@ TEST(CompoundImport, NeedsTwoEnergiesAndAFreeName) {
                   ImportCompound({"a/b", {folder.Path()}, "", {}, bench::share});
               }).find("is no name of"),
               std::string::npos);
-    const TempFolder empty;
-    EXPECT_EQ(bench::ErrorOf([&] { Import(empty); }), empty.Path() + ": the folder holds no .txt and no .msp file");
 }
 
 /// Every example of the page about compounds is a whole file.

@@ -13,30 +13,28 @@ TEST(CollisionEnergyText, KnowsItsManySpellings) {
     using Kind = StatedEnergy::Kind;
     struct Case {
         const char* text;
-        Kind kind;
-        double value = 0;
-        EnergyUnit unit = NotStated;
+        double value;
+        EnergyUnit unit;
     };
-    for (const Case& spelled : {Case{"30", Kind::One, 30, NotStated},
-                                {"30 V", Kind::One, 30, Volts},
-                                {"12.5eV", Kind::One, 12.5, ElectronVolts},
-                                {"CE -30 V", Kind::One, 30, Volts},
-                                {"15 (nominal)", Kind::One, 15, Normalised},
-                                {"35 % (nominal)", Kind::One, 35, Normalised},
-                                {"NCE 20", Kind::One, 20, Normalised},
-                                {"NCE=35% 28eV", Kind::One, 28, ElectronVolts},
-                                {"CID@5.0", Kind::One, 5, NotStated},
-                                {"10-40 V", Kind::Several},
-                                {"15, 30, 45 (nominal)", Kind::Several},
-                                {"Ramp 30 V", Kind::Several},
-                                {"30,5 V", Kind::Several},
-                                {"N/A", Kind::None},
-                                {"", Kind::None}}) {
-        const StatedEnergy energy = ParseCollisionEnergy(spelled.text);
-        EXPECT_EQ(energy.kind, spelled.kind) << spelled.text;
-        EXPECT_EQ(energy.value, spelled.value) << spelled.text;
-        EXPECT_EQ(energy.unit, spelled.unit) << spelled.text;
+    const Case cases[] = {{"30", 30, NotStated},
+                          {"30 V", 30, Volts},
+                          {"12.5eV", 12.5, ElectronVolts},
+                          {"CE -30 V", 30, Volts},
+                          {"15 (nominal)", 15, Normalised},
+                          {"35 % (nominal)", 35, Normalised},
+                          {"NCE 20", 20, Normalised},
+                          {"NCE=35% 28eV", 28, ElectronVolts},
+                          {"CID@5.0", 5, NotStated}};
+    for (const auto& [text, value, unit] : cases) {
+        const StatedEnergy energy = ParseCollisionEnergy(text);
+        EXPECT_EQ(energy.kind, Kind::One) << text;
+        EXPECT_EQ(energy.value, value) << text;
+        EXPECT_EQ(energy.unit, unit) << text;
     }
+    for (const char* const text : {"10-40 V", "15, 30, 45 (nominal)", "Ramp 30 V", "30,5 V"})
+        EXPECT_EQ(ParseCollisionEnergy(text).kind, Kind::Several) << text;
+    for (const char* const text : {"N/A", ""})
+        EXPECT_EQ(ParseCollisionEnergy(text).kind, Kind::None) << text;
     EXPECT_EQ(EnergyInTitle("Testane; MS2; Frag=135.0V CID@5.0; [M+H]+"), "CID@5.0");
     EXPECT_EQ(EnergyInTitle("Placebo 12; MS2; CE: 15 NCE; R=17500"), "CE: 15 NCE");
     EXPECT_EQ(EnergyInTitle("Testane; MS2; R=17500"), "");
@@ -49,14 +47,11 @@ TEST(Adducts, MakeTheIonsFormula) {
         bool negative;
     };
     const Composition molecule = ParseFormula("C6H12O6");
-    for (const Case& known : {Case{"[M+H]+", "C6H13O6", 1, false},
-                              {"[M-H]-", "C6H11O6", 1, true},
-                              {"[M+HCOO]-", "C7H13O8", 1, true},
-                              {"[M-2H2O+H]+", "C6H9O4", 1, false},
-                              {"[2M+Na]+", "C12H24NaO12", 1, false},
-                              {"[M+2H]2+", "C6H14O6", 2, false},
-                              {"[M+ACN+NH4]+", "C8H19N2O6", 1, false},
-                              {"[M]+*", "C6H12O6", 1, false}}) {
+    const Case cases[] = {{"[M+H]+", "C6H13O6", 1, false},         {"[M-H]-", "C6H11O6", 1, true},
+                          {"[M+HCOO]-", "C7H13O8", 1, true},       {"[M-2H2O+H]+", "C6H9O4", 1, false},
+                          {"[2M+Na]+", "C12H24NaO12", 1, false},   {"[M+2H]2+", "C6H14O6", 2, false},
+                          {"[M+ACN+NH4]+", "C8H19N2O6", 1, false}, {"[M]+*", "C6H12O6", 1, false}};
+    for (const Case& known : cases) {
         const Adduct adduct = ParseAdduct(known.adduct);
         EXPECT_EQ(FormulaText(IonOf(molecule, adduct)), known.ion) << known.adduct;
         EXPECT_EQ(adduct.charge, known.charge) << known.adduct;

@@ -174,21 +174,6 @@ TEST_F(Acquisition, WrongPolarityLeavesNoAnalyte) {
     EXPECT_EQ(Run(method, compound).traces[0].intensity[0], 0);
 }
 
-TEST_F(Acquisition, SeedAndNumberFixTheData) {
-    const Compound compound = bench::Shipped("reserpine");
-    const MassSpecRecord method = TrapMethod(ScanType::EnhancedProductIon, compound, 40);
-    AcquisitionContext context;
-    const auto first = Run(method, compound, context).cycles[0];
-    const auto again = Run(method, compound, context).cycles[0];
-    EXPECT_EQ(first.mz, again.mz);
-    EXPECT_EQ(first.intensity, again.intensity);
-    context.acquisitionNumber = 2;
-    EXPECT_NE(Run(method, compound, context).cycles[0].intensity, first.intensity);
-    context = {};
-    context.seed = 2;
-    EXPECT_NE(Run(method, compound, context).cycles[0].intensity, first.intensity);
-}
-
 TEST_F(Acquisition, CountingNoiseFallsWithTheSquareRootOfTheScans) {
     const Compound compound = bench::Shipped("reserpine");
     MassSpecRecord method = bench::Method(ScanType::Q1MultipleIon, compound, {609.28, 609.28, 0, 5, {}}, 10);

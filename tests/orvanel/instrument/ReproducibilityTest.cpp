@@ -9,21 +9,18 @@ namespace orvanel {
 namespace {
 
 /// FNV-1a over the bits of all numbers.
-class Checksum {
-  public:
+struct Checksum {
     void Add(double value) {
         const auto bits = std::bit_cast<std::uint64_t>(value);
         for (int shift = 0; shift < 64; shift += 8)
-            sum_ = (sum_ ^ ((bits >> shift) & 0xFF)) * 1099511628211ULL;
+            sum = (sum ^ ((bits >> shift) & 0xFF)) * 1099511628211ULL;
     }
     void Add(const std::vector<double>& values) {
         for (const double value : values)
             Add(value);
     }
-    std::uint64_t Sum() const { return sum_; }
 
-  private:
-    std::uint64_t sum_ = 14695981039346656037ULL;
+    std::uint64_t sum = 14695981039346656037ULL;
 };
 
 /// Every scan type with its ramp, near the best voltages of reserpine.
@@ -60,7 +57,7 @@ std::uint64_t ChecksumOf(const AcquisitionContext& context) {
         for (const MassTrace& trace : data.traces)
             checksum.Add(trace.intensity);
     }
-    return checksum.Sum();
+    return checksum.sum;
 }
 
 /// The same seed gives the same numbers, bit by bit, with every compiler and system library. The expected values

@@ -33,8 +33,7 @@ TEST(CheckSubmittable, NamesWhatKeepsAMethodFromBeingAcquired) {
              m.periods[0].cycles = 100000;
          },
          "1121: The method would measure 500100000 points, more than the 40000000 of a data file, set fewer cycles or "
-         "larger "
-         "steps"},
+         "larger steps"},
         {[](auto& m) {
              auto& experiment = m.periods[0].experiments[0];
              experiment.scansToSum = 1000;

@@ -16,15 +16,24 @@ std::string Replaced(std::string text, const std::string& from, const std::strin
     return at == std::string::npos ? text : text.replace(at, from.size(), to);
 }
 
-TEST(MethodFile, GivesBackEveryValueThatWasWritten) {
+class MethodFile : public testing::Test {
+  protected:
+    std::string ReadError() {
+        return HostErrorOf([this] { ReadMethodFile(path); });
+    }
+
     const TempFolder folder;
+    const std::string path = folder.File("m.xmt");
+};
+
+TEST_F(MethodFile, GivesBackEveryValueThatWasWritten) {
     MethodDocument document = MethodForTests();
     auto& experiment = document.devices[1].massSpec->periods[0].experiments[0];
     experiment.newRangeParameters = {{"DP", -0.1F}, {"CES", 1e-7F}};
     experiment.massRanges.push_back({1.0 / 3, 0, 1e15, 2.5, {}});
-    WriteMethodFile(folder.File("m.xmt"), document);
+    WriteMethodFile(path, document);
 
-    const MethodDocument read = ReadMethodFile(folder.File("m.xmt"));
+    const MethodDocument read = ReadMethodFile(path);
     EXPECT_EQ(read.comment, document.comment);
     EXPECT_EQ(read.devices.at(0).settings.at(0).value, "10");
     EXPECT_FALSE(read.devices[0].massSpec);
@@ -36,14 +45,13 @@ TEST(MethodFile, GivesBackEveryValueThatWasWritten) {
 
     // A second writing gives the same bytes, so that nothing is lost on the way that was not looked at above.
     WriteMethodFile(folder.File("again.xmt"), read);
-    EXPECT_EQ(support::ReadWholeFile(folder.File("again.xmt")), support::ReadWholeFile(folder.File("m.xmt")));
-    EXPECT_NE(support::ReadWholeFile(folder.File("m.xmt")).find("instrument=\"simulated\""), std::string::npos);
+    EXPECT_EQ(support::ReadWholeFile(folder.File("again.xmt")), support::ReadWholeFile(path));
+    EXPECT_NE(support::ReadWholeFile(path).find("instrument=\"simulated\""), std::string::npos);
 }
 
-TEST(MethodFile, CutOffAnywhereIsAnErrorOrStillWhole) {
-    const TempFolder folder;
-    WriteMethodFile(folder.File("m.xmt"), MethodForTests());
-    const std::string text = support::ReadWholeFile(folder.File("m.xmt"));
+TEST_F(MethodFile, CutOffAnywhereIsAnErrorOrStillWhole) {
+    WriteMethodFile(path, MethodForTests());
+    const std::string text = support::ReadWholeFile(path);
     const std::size_t end = text.rfind('>') + 1;
     for (std::size_t length = 0; length < text.size(); ++length) {
         WriteText(folder.File("cut.xmt"), text.substr(0, length));
@@ -53,14 +61,11 @@ TEST(MethodFile, CutOffAnywhereIsAnErrorOrStillWhole) {
     }
 }
 
-TEST(MethodFile, RefusesWhatItDoesNotKnow) {
-    const TempFolder folder;
-    const std::string path = folder.File("m.xmt");
+TEST_F(MethodFile, RefusesWhatItDoesNotKnow) {
     WriteMethodFile(path, MethodForTests());
     const std::string good = support::ReadWholeFile(path);
     const struct {
-        const char* from;
-        const char* to;
+        const char *from, *to;
         const char* expected;  ///< behind the path
     } cases[] = {
         {"cycles=\"51\"", "cycles=\"5x\"",
@@ -96,43 +101,35 @@ TEST(MethodFile, RefusesWhatItDoesNotKnow) {
             text = Replaced(text, one.from, one.to);
         }
         WriteText(path, text);
-        EXPECT_EQ(HostErrorOf([&] { ReadMethodFile(path); }), "1102: " + path + one.expected);
+        EXPECT_EQ(ReadError(), "1102: " + path + one.expected);
     }
 }
 
-TEST(MethodFile, RefusesForeignMissingAndHugeFiles) {
-    const TempFolder folder;
-    const std::string path = folder.File("m.xmt");
-    EXPECT_EQ(HostErrorOf([&] { ReadMethodFile(path); }), "1101: Cannot read " + path + ": No such file or directory");
+TEST_F(MethodFile, RefusesForeignMissingAndHugeFiles) {
+    EXPECT_EQ(ReadError(), "1101: Cannot read " + path + ": No such file or directory");
     WriteText(path, "<indexedmzML><mzML/></indexedmzML>");
-    EXPECT_EQ(HostErrorOf([&] { ReadMethodFile(path); }),
+    EXPECT_EQ(ReadError(),
               "1102: " + path +
                   ", line 1: this is not an acquisition method of this host, whose only root element is OrvanelMethod");
     WriteText(path, std::string((4U << 20) + 1, ' '));
-    EXPECT_EQ(HostErrorOf([&] { ReadMethodFile(path); }),
-              "1101: Cannot read " + path + ": it has 4194305 bytes, more than the 4194304 allowed");
+    EXPECT_EQ(ReadError(), "1101: Cannot read " + path + ": it has 4194305 bytes, more than the 4194304 allowed");
 }
 
-TEST(MethodFile, TooManyPartsAndDeepNestingAreErrors) {
-    const TempFolder folder;
-    const std::string path = folder.File("m.xmt");
+TEST_F(MethodFile, TooManyPartsAndDeepNestingAreErrors) {
     std::string devices;
     for (int k = 0; k < 33; ++k)
         devices += "<Device kind=\"Pump\" name=\"p\"/>";
     const std::string head = "<OrvanelMethod version=\"1\" instrument=\"simulated\">";
     WriteText(path, head + devices + "</OrvanelMethod>");
-    EXPECT_EQ(HostErrorOf([&] { ReadMethodFile(path); }),
-              "1102: " + path + ", line 1: element OrvanelMethod holds more than 32 elements \"Device\"");
+    EXPECT_EQ(ReadError(), "1102: " + path + ", line 1: element OrvanelMethod holds more than 32 elements \"Device\"");
     std::string nested;
     for (int k = 0; k < 100000; ++k)
         nested += "<a>";
     WriteText(path, head + nested);
-    EXPECT_NE(HostErrorOf([&] { ReadMethodFile(path); }), "");
+    EXPECT_NE(ReadError(), "");
 }
 
-TEST(MethodFile, WritesNothingThatItCouldNotRead) {
-    const TempFolder folder;
-    const std::string path = folder.File("m.xmt");
+TEST_F(MethodFile, WritesNothingThatItCouldNotRead) {
     WriteMethodFile(path, MethodForTests());
     const std::string before = support::ReadWholeFile(path);
     MethodDocument document = MethodForTests();

@@ -76,10 +76,11 @@ TEST_F(MethodPorts, EditsReachTheSavedFile) {
     EXPECT_EQ(orvanel::FindParameter(saved.sourceGas, "IS"), -4500.0F);
 }
 
-TEST_F(MethodPorts, ResetKeepsTheFirstRangesTableForNewRanges) {
+TEST_F(MethodPorts, ResetsKeepTheFirstRangesTableForNewRangesAndTheCycles) {
     auto staleRange = experiment_->HostGetMassRange(0);
     auto staleTable = staleRange->HostGetParameterTable();
     experiment_->HostResetExperiment();
+    period_->HostResetPeriodParameters();
     EXPECT_EQ(experiment_->HostGetMassRangeCount(), 0);
     EXPECT_EQ(HostErrorOf([&] { staleTable->HostGetParameterCount(); }),
               "1110: There is no mass range 0, the method has 0 counted from 0");
@@ -90,18 +91,14 @@ TEST_F(MethodPorts, ResetKeepsTheFirstRangesTableForNewRanges) {
     Open();
     EXPECT_EQ(experiment_->HostAddMassRange(), 0);
     EXPECT_EQ(experiment_->HostAddMassRange(), 1);
+    EXPECT_FALSE(Saved().ramp);
+    EXPECT_EQ(Saved().cycles, 51);
     const auto saved = Saved().experiments[0];
     EXPECT_EQ(saved.firstPrecursor, 0);
     EXPECT_EQ(saved.secondPrecursor, 0);
     const auto expected = MethodForTests().MassSpec()->periods[0].experiments[0].massRanges[0].compoundParameters;
     for (const auto& range : saved.massRanges)
         EXPECT_EQ(range.compoundParameters, expected);
-}
-
-TEST_F(MethodPorts, PeriodResetClearsTheRampAndKeepsTheCycles) {
-    period_->HostResetPeriodParameters();
-    EXPECT_FALSE(Saved().ramp);
-    EXPECT_EQ(Saved().cycles, 51);
 }
 
 TEST_F(MethodPorts, ImpossibleValuesAreRefusedAndChangeNothing) {
@@ -186,8 +183,7 @@ TEST_F(MethodPorts, ThreeNumbersOfARangeAreReadByScanType) {
         {1, 609.28, 609.28, 0, ""},
         {1, 609.28, 610, 0,
          "1120: Mass range 609.28, 610, 0 is no single mass, expected are mass, mass and 0 with the mass from 5 to "
-         "1250 "
-         "Da"},
+         "1250 Da"},
         {12, 594.28, 624.28, 0.06, ""},
         {13, 2, 1500, 0.06, ""},  // wider than the trap: clipped by HostOptimizeMassRange
     };

@@ -1,0 +1,9 @@
+#pragma once
+
+#include <memory>
+
+/// Overrides an operation that gives a handle of the kind by one that makes the fake of the same name.
+#define VELTRA_FAKE_HANDLE(Kind, Name, Parameters, ...)     \
+    std::unique_ptr<ports::Kind> Name Parameters override { \
+        return std::make_unique<fake::Kind>(__VA_ARGS__);   \
+    }
