@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -19,24 +20,18 @@ enum class Garbage {
     NotANumber,  ///< and texts that are none; of whole numbers the lowest
     Huge,        ///< infinite, the highest, a million of something
     Negative,    ///< also too many
-    Frozen,      ///< what the operation answered first
+    Frozen,      ///< what the operation answered when this began
 };
 
-template <std::floating_point Number>
-Number Spoilt(Number, Garbage garbage) {
+template <class Number>
+requires std::is_arithmetic_v<Number> Number Spoilt(Number, Garbage garbage) {
     using Limits = std::numeric_limits<Number>;
+    constexpr bool isWhole = std::integral<Number>;
     return garbage == Garbage::Nothing      ? 0
-           : garbage == Garbage::NotANumber ? Limits::quiet_NaN()
-           : garbage == Garbage::Huge       ? Limits::infinity()
+           : garbage == Garbage::NotANumber ? (isWhole ? Limits::min() : Limits::quiet_NaN())
+           : garbage == Garbage::Huge       ? (isWhole ? Limits::max() : Limits::infinity())
+           : isWhole                        ? static_cast<Number>(-1)
                                             : Limits::lowest();
-}
-template <std::integral Number>
-Number Spoilt(Number, Garbage garbage) {
-    using Limits = std::numeric_limits<Number>;
-    return garbage == Garbage::Nothing      ? 0
-           : garbage == Garbage::NotANumber ? Limits::min()
-           : garbage == Garbage::Huge       ? Limits::max()
-                                            : -1;
 }
 inline bool Spoilt(bool answer, Garbage) {
     return !answer;

@@ -379,21 +379,7 @@ void ExpectNextRun(ShortRun& run, const Reference& reference) {
 }
 
 std::string OutcomeText(Outcome outcome) {
-    switch (outcome) {
-        case Outcome::AbortAsked:
-            return "AbortAsked";
-        case Outcome::SettingsInvalid:
-            return "SettingsInvalid";
-        case Outcome::InstrumentRefused:
-            return "InstrumentRefused";
-        case Outcome::InitializationFailed:
-            return "InitializationFailed";
-        case Outcome::Aborted:
-            return "Aborted";
-        case Outcome::Completed:
-            return "Completed";
-        case Outcome::TornDown:
-            return "TornDown";
-    }
-    return "none";
+    constexpr const char* names[] = {"AbortAsked", "SettingsInvalid", "InstrumentRefused", "InitializationFailed",
+                                     "Aborted",    "Completed",       "TornDown"};
+    return names[static_cast<int>(outcome)];
 }
