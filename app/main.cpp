@@ -30,7 +30,8 @@ int main(int argc, char** argv) {
         const auto config = orvanel::ReadOrvanelConfig(support::JoinPath(folder, "Orvanel.ini"),
                                                        support::JoinPath(support::FolderOf(folder), "share/orvanel"));
         orvanel::HostClock clock(config.clockFactor, std::chrono::system_clock::now(), support::DateFormatOfProcess());
-        const auto host = orvanel::CreateOrvanelHost(config, clock);
+        const auto host = orvanel::CreateOrvanelHost(config, clock, support::SystemDisk(),
+                                                     {support::OpenWithDesktop, support::OpenInNotepad});
 
         veltra::clsInfo_Settings settings(settingsPath);
         settings.ReadGlobalSettings();

@@ -13,7 +13,6 @@
 #include "ports/HostError.h"
 #include "support/Files.h"
 #include "support/NumberText.h"
-#include "support/Platform.h"
 #include "support/Text.h"
 
 namespace orvanel {
@@ -49,8 +48,8 @@ class ClockPause : public ports::Pause {
 
 class OrvanelHost : public ports::Host {
   public:
-    OrvanelHost(const OrvanelConfig& config, HostClock& clock, const support::Disk& disk)
-        : state_(std::make_shared<HostState>(config, clock, disk)) {}
+    OrvanelHost(const OrvanelConfig& config, HostClock& clock, const support::Disk& disk, DocumentViewers viewers)
+        : state_(std::make_shared<HostState>(config, clock, disk)), viewers_(std::move(viewers)) {}
 
     std::unique_ptr<ports::HostApplication> AttachToRunningApplication() override {
         if (!state_->Config().running) return nullptr;
@@ -109,9 +108,9 @@ class OrvanelHost : public ports::Host {
         try {
             if (!support::FileExists(path)) return false;
             // Methods are XML texts: what opens no documents of their kind still shows them as texts.
-            if (support::EndsWithIgnoringCase(path, ".xmt"))
-                return support::OpenWithDesktop(path) || support::StartTextViewer(path);
-            return support::EndsWithIgnoringCase(path, ".vesk") && support::OpenWithDesktop(path);
+            const bool isMethod = support::EndsWithIgnoringCase(path, ".xmt");
+            if (!isMethod && !support::EndsWithIgnoringCase(path, ".vesk")) return false;
+            return (viewers_.open && viewers_.open(path)) || (isMethod && viewers_.viewText && viewers_.viewText(path));
         } catch (const std::exception&) {
             return false;
         }
@@ -131,13 +130,14 @@ class OrvanelHost : public ports::Host {
 
   private:
     std::shared_ptr<HostState> state_;
+    DocumentViewers viewers_;
 };
 
 }  // namespace
 
-std::unique_ptr<ports::Host> CreateOrvanelHost(const OrvanelConfig& config, HostClock& clock,
-                                               const support::Disk& disk) {
-    return std::make_unique<OrvanelHost>(config, clock, disk);
+std::unique_ptr<ports::Host> CreateOrvanelHost(const OrvanelConfig& config, HostClock& clock, const support::Disk& disk,
+                                               DocumentViewers viewers) {
+    return std::make_unique<OrvanelHost>(config, clock, disk, std::move(viewers));
 }
 
 }  // namespace orvanel

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -10,15 +11,24 @@
 
 namespace orvanel {
 
+/// What shows a document to the user, given its path; each returns whether a program for it was found. An empty one
+/// finds none.
+struct DocumentViewers {
+    std::function<bool(const std::string& path)> open;      ///< in the desktop's program for files of its kind
+    std::function<bool(const std::string& path)> viewText;  ///< as a text
+};
+
 /// The host application as we ship it, with its simulated instrument.
 /// @param config a checked configuration; with Running=0 the host can be asked for registry values and models, but
 /// there is no application to attach to and its queue, batch service and editing are refused
 /// @param clock the one clock; must outlive the host
 /// @param disk where methods, batches, data and the registry file are; must outlive the host and all its handles
+/// @param viewers with the default no document is ever opened
 /// @throws ports::HostError when models, compounds or the element table cannot be loaded, or another host that runs has
 /// the same Orvanel.ini in use
 std::unique_ptr<ports::Host> CreateOrvanelHost(const OrvanelConfig& config, HostClock& clock,
-                                               const support::Disk& disk = support::SystemDisk());
+                                               const support::Disk& disk = support::SystemDisk(),
+                                               DocumentViewers viewers = {});
 
 /// A new project, ready to be optimised in.
 struct NewProject {

@@ -3,13 +3,10 @@
 #include <fcntl.h>
 #include <langinfo.h>
 #include <locale.h>
-#include <poll.h>
 #include <pwd.h>
 #include <signal.h>
-#include <spawn.h>
 #include <sys/file.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <array>
@@ -203,41 +200,6 @@ std::shared_ptr<void> CatchStopSignals(void (*handler)(int signal)) {
                     ::sigaction(signal, &action, nullptr);
                 delete before;
             }};
-}
-
-bool StartTextViewer(const std::string& path) {
-    return OpenWithDesktop(path);
-}
-
-bool OpenWithDesktop(const std::string& path) {
-    // The shell ends at once, so that the program is nobody's child here and leaves no zombie. What stays behind writes
-    // into the pipe when the program failed and closes it when that has gone well.
-    constexpr int patienceMs = 500;
-    std::array<int, 2> ends{};
-    if (::pipe2(ends.data(), O_CLOEXEC) != 0) return false;
-    const Descriptor reading(ends[0]);
-    Descriptor writing(ends[1]);
-    std::string shell = "/bin/sh";
-    std::string flag = "-c";
-    std::string script =
-        "command -v xdg-open >/dev/null 2>&1 || exit 1; { xdg-open \"$1\" >/dev/null 2>&1 || echo failed; } &";
-    std::string name = "xdg-open";
-    std::string argument = path;
-    std::array<char*, 6> arguments{shell.data(), flag.data(), script.data(), name.data(), argument.data(), nullptr};
-    posix_spawn_file_actions_t actions;
-    ::posix_spawn_file_actions_init(&actions);
-    ::posix_spawn_file_actions_adddup2(&actions, writing.Get(), STDOUT_FILENO);
-    pid_t child = 0;
-    const int failure = ::posix_spawn(&child, shell.c_str(), &actions, nullptr, arguments.data(), environ);
-    ::posix_spawn_file_actions_destroy(&actions);
-    if (failure != 0) return false;
-    writing.Close();
-    int status = 0;
-    while (::waitpid(child, &status, 0) < 0 && errno == EINTR) {
-    }
-    if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) return false;
-    pollfd answer{reading.Get(), POLLIN, 0};
-    return ::poll(&answer, 1, patienceMs) <= 0 || (answer.revents & POLLIN) == 0;
 }
 
 const Disk& SystemDisk() {

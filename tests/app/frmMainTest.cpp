@@ -126,14 +126,27 @@ TEST(frmMain, ShowsTheGraphsOfFinishedStages) {
     EXPECT_EQ(graph->Labels().xTitle, "m/z (Da)");
 
     // The links open the graph's own documents, and tell when the desktop has no program for them.
-    window.bench.boxes.shown.clear();
-    support::RemoveFileIfThere(window.run.results->VeskOutputFilePath + "Results.txt");
-    click("labelVeskLink");
-    Click(window.main, "cmdViewResults");
-    ASSERT_EQ(window.bench.boxes.shown.size(), 2U);
-    EXPECT_TRUE(window.bench.boxes.shown[0].text.starts_with("Error opening " + window.bench.DataFolder()));
-    EXPECT_EQ(window.bench.boxes.shown[1].text,
-              "Error opening " + window.run.results->VeskOutputFilePath + "Results.txt");
+    const auto& output = window.run.results->VeskOutputFilePath;
+    const auto& method = window.run.scans->GetGraphData(enumVeltraScanType::MS3, *graph, 1);
+    support::RemoveFileIfThere(output + "Results.txt");
+    std::vector<std::string> opened, told;
+    for (const bool hasPrograms : {true, false}) {
+        window.bench.desktopHasPrograms = hasPrograms;
+        window.bench.boxes.shown.clear();
+        window.bench.opened.clear();
+        click("labelVeskLink");
+        click("labelMethodLink");
+        Click(window.main, "cmdViewResults");
+        for (const auto& box : window.bench.boxes.shown)
+            told.push_back(box.text);
+        opened.insert(opened.end(), window.bench.opened.begin(), window.bench.opened.end());
+    }
+    const std::string vesk = window.bench.Anonymous(method.VeskFilePath);
+    const std::string xmt = window.bench.Anonymous(method.MethodFilePath);
+    EXPECT_EQ(opened, (std::vector<std::string>{vesk, xmt, vesk, xmt, "as text: " + xmt}));
+    const std::string report = "Error opening " + output + "Results.txt";
+    EXPECT_EQ(told, (std::vector<std::string>{report, "Error opening " + method.VeskFilePath,
+                                              "Error opening " + method.MethodFilePath, report}));
 }
 
 TEST(frmMain, AbortsByClickInEachStage) {

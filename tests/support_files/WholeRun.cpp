@@ -38,7 +38,9 @@ WholeRun::WholeRun(const Options& options, std::shared_ptr<const NewProject> in)
       project(*heldProject),
       config(ConfigOf(project, options)),
       clock(config.clockFactor, startTime, {}, true),
-      orvanelHost(orvanel::CreateOrvanelHost(config, clock, options.disk)),
+      orvanelHost(orvanel::CreateOrvanelHost(config, clock, options.disk,
+                                             {[this](const auto& path) { return Open(path); },
+                                              [this](const auto& path) { return Open("as text: " + path); }})),
       host(*orvanelHost, calls),
       settings(SettingsOf(project, options)),
       run({host, display, boxes, chooser, options.runClock != nullptr ? *options.runClock : clock, options.disk},
@@ -49,6 +51,11 @@ WholeRun::WholeRun(const Options& options, std::shared_ptr<const NewProject> in)
 
 veltra::StartButton::Outcome WholeRun::Start() {
     return startButton.Click();
+}
+
+bool WholeRun::Open(const std::string& document) {
+    opened.push_back(Anonymous(document));
+    return desktopHasPrograms;
 }
 
 std::string WholeRun::DataFolder() const {

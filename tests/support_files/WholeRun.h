@@ -59,6 +59,8 @@ class WholeRun {
     HostCalls calls;
     std::unique_ptr<ports::Host> orvanelHost;
     ObservedHost host;
+    std::vector<std::string> opened;  ///< what the desktop was asked to open, "as text: " before what as a text
+    bool desktopHasPrograms = true;
     RecordedDisplay display;
     RecordedMessageBoxes boxes;
     ScriptedFolderChooser chooser;
@@ -68,4 +70,5 @@ class WholeRun {
 
   private:
     std::string FileText(const std::string& name) const;
+    bool Open(const std::string& document);
 };
