@@ -300,7 +300,7 @@ void frmMain::OnViewResults() {
     if (!run_->results) return;
     const std::string path =
         support::JoinPath(support::GetPathToNthBackslash(run_->results->VeskOutputFilePath, true, 0), "Results.txt");
-    if (!support::FileExists(path) || !viewText_(path))
+    if (!support::modFileUtils::FileExists(path) || !viewText_(path))
         run_->messageBoxes.Show("Error opening " + path, ports::MessageIcon::None);
 }
 

@@ -24,7 +24,7 @@ std::string clsInfo_Settings::DefaultIniPath() {
 }
 
 void clsInfo_Settings::ReadGlobalSettings() {
-    if (!support::FileExists(iniPath_)) return;
+    if (!support::FileExists(iniPath_, *disk_)) return;
     for (const auto& key : SettingsKeys()) {
         const std::string text = support::ReadIniString(iniPath_, key.section, key.key, *disk_);
         if (text.empty() && !key.takesEmpty) continue;

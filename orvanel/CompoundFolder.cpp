@@ -2,6 +2,7 @@
 
 #include <string_view>
 
+#include "orvanel/FileFailure.h"
 #include "orvanel/HostErrorNumbers.h"
 #include "ports/HostError.h"
 #include "support/Files.h"
@@ -22,23 +23,20 @@ std::string CompoundsFolder(const std::string& appLocation) {
     return support::JoinPath(appLocation, "compounds");
 }
 
-std::vector<std::string> CompoundNames(const std::string& appLocation) {
+std::vector<std::string> CompoundNames(const std::string& appLocation, const support::Disk& disk) {
     const std::string_view extension = compoundFileExtension;
     std::vector<std::string> names;
-    try {
-        for (const auto& file : support::FilesIn(CompoundsFolder(appLocation)))
-            if (file.size() > extension.size() && file.ends_with(extension))
-                names.push_back(file.substr(0, file.size() - extension.size()));
-    } catch (const support::FileError& error) {
-        throw ports::HostError(errorNumber::badConfiguration, error.what());
-    }
+    for (const auto& file : AsHostError(errorNumber::badConfiguration,
+                                        [&] { return support::FilesIn(CompoundsFolder(appLocation), disk); }))
+        if (file.size() > extension.size() && file.ends_with(extension))
+            names.push_back(file.substr(0, file.size() - extension.size()));
     return names;
 }
 
-std::string FindCompoundFile(const std::string& appLocation, const std::string& compound) {
+std::string FindCompoundFile(const std::string& appLocation, const std::string& compound, const support::Disk& disk) {
     if (compound.find_first_of("\\/") != std::string::npos) return compound;
     std::string known;
-    for (const auto& name : CompoundNames(appLocation)) {
+    for (const auto& name : CompoundNames(appLocation, disk)) {
         if (support::EqualIgnoringCase(name, compound))
             return support::JoinPath(CompoundsFolder(appLocation), name + compoundFileExtension);
         known += (known.empty() ? "" : ", ") + name;

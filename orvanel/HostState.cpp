@@ -69,7 +69,7 @@ HostState::HostState(OrvanelConfig config, HostClock& clock, const support::Disk
 }
 
 const std::map<std::int32_t, InstrumentModel>& HostState::Models() {
-    if (models_.empty()) models_ = LoadInstrumentModels(ModelsFolder(config_.appLocation));
+    if (models_.empty()) models_ = LoadInstrumentModels(ModelsFolder(config_.appLocation), disk_);
     return models_;
 }
 
@@ -80,10 +80,11 @@ void HostState::LoadInstrument() {
         throw ports::HostError(errorNumber::badConfiguration,
                                config_.iniPath + ": OperatingMode=" + std::to_string(config_.operatingMode) +
                                    " is not allowed, model " + std::to_string(config_.modelCode) + " has no such mode");
-    elements_ = OpenElementTableFile(ElementTablePath(config_.appLocation));
+    elements_ = OpenElementTableFile(ElementTablePath(config_.appLocation), disk_);
     for (const auto& entry : config_.sample)
         sample_.push_back(
-            {LoadCompound(FindCompoundFile(config_.appLocation, entry.compound), *elements_), entry.amount});
+            {LoadCompound(FindCompoundFile(config_.appLocation, entry.compound, disk_), *elements_, disk_),
+             entry.amount});
     sample_ = WithFaults(sample_, config_.faults, *elements_);
 }
 

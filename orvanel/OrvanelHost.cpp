@@ -89,7 +89,7 @@ class OrvanelHost : public ports::Host {
     }
 
     std::unique_ptr<ports::ElementTable> OpenElementTable(const std::string& path) override {
-        return OpenElementTableFile(path);
+        return OpenElementTableFile(path, state_->Disk());
     }
 
     std::optional<std::string> RegRead(const std::string& path) override {
@@ -106,7 +106,7 @@ class OrvanelHost : public ports::Host {
 
     bool HostOpenDocument(const std::string& path) override {
         try {
-            if (!support::FileExists(path)) return false;
+            if (!support::FileExists(path, state_->Disk())) return false;
             // Methods are XML texts: what opens no documents of their kind still shows them as texts.
             const bool isMethod = support::EndsWithIgnoringCase(path, ".xmt");
             if (!isMethod && !support::EndsWithIgnoringCase(path, ".vesk")) return false;

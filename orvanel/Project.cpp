@@ -2,6 +2,7 @@
 #include <cmath>
 
 #include "orvanel/CompoundFolder.h"
+#include "orvanel/FileFailure.h"
 #include "orvanel/HostErrorNumbers.h"
 #include "orvanel/InstrumentHelperImpl.h"
 #include "orvanel/OrvanelHost.h"
@@ -159,11 +160,11 @@ ProjectFacts CreateProject(const NewProject& project, const support::Disk& disk)
     if (!support::IsPortableName(project.projectName))
         Fail("\"" + project.projectName + "\" is no name of a project, expected is a folder's name");
     if (project.folder.empty()) Fail("No folder is given for the project");
-    const auto elements = OpenElementTableFile(ElementTablePath(project.appLocation));
-    const std::string compoundFile = FindCompoundFile(project.appLocation, project.compound);
+    const auto elements = OpenElementTableFile(ElementTablePath(project.appLocation), disk);
+    const std::string compoundFile = FindCompoundFile(project.appLocation, project.compound, disk);
     const bool isPath = compoundFile == project.compound;
-    const Compound compound = LoadCompound(compoundFile, *elements);
-    const auto models = LoadInstrumentModels(ModelsFolder(project.appLocation));
+    const Compound compound = LoadCompound(compoundFile, *elements, disk);
+    const auto models = LoadInstrumentModels(ModelsFolder(project.appLocation), disk);
     const MethodDocument method = StarterMethod(FindModel(models, project.modelCode), compound);
 
     const std::string folder = support::AbsolutePath(project.folder);
@@ -176,7 +177,8 @@ ProjectFacts CreateProject(const NewProject& project, const support::Disk& disk)
         Fail("The path " + facts.starterMethodPath + " has " + std::to_string(facts.starterMethodPath.size()) +
              " bytes, more than the " + std::to_string(maximumMethodPathBytes) + " allowed, choose a shorter folder");
     for (const auto& path : {facts.orvanelIniPath, facts.starterMethodPath})
-        if (support::FileExists(path)) Fail("The file " + path + " exists already, choose another folder or name");
+        if (AsHostError(errorNumber::badProject, [&] { return support::FileExists(path, disk); }))
+            Fail("The file " + path + " exists already, choose another folder or name");
 
     try {
         support::CreateFolders(methods, disk);

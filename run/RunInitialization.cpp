@@ -83,9 +83,9 @@ bool RunInitialization::LocateDataFolder() {
     const bool hasProjectsRoot = !projectsRoot_.empty();
     const std::string inProject = DataFolderIn(projectsRoot_ + projectName_);
     const std::string besideProject = DataFolderIn(projectsRoot_);
-    if (hasProjectsRoot && support::FolderExists(inProject)) {
+    if (hasProjectsRoot && support::FolderExists(inProject, runState_.disk)) {
         dataFolder_ = inProject;
-    } else if (hasProjectsRoot && support::FolderExists(besideProject)) {
+    } else if (hasProjectsRoot && support::FolderExists(besideProject, runState_.disk)) {
         // The starter method lies in a sub-project, one level deeper.
         dataFolder_ = besideProject;
         runState_.settings.OrvanelProjectName = SubProjectName(projectsRoot_, projectName_);
@@ -98,7 +98,8 @@ bool RunInitialization::LocateDataFolder() {
 
 void RunInitialization::AskForDataFolder() {
     const auto choice = runState_.folderChooser.ChooseFolder(projectsRoot_ + projectName_ + support::PathSeparator());
-    if (choice.WasCancelled || choice.ReturnPath.empty() || !support::FolderExists(DataFolderIn(choice.ReturnPath)))
+    if (choice.WasCancelled || choice.ReturnPath.empty() ||
+        !support::FolderExists(DataFolderIn(choice.ReturnPath), runState_.disk))
         return;
     dataFolder_ = DataFolderIn(choice.ReturnPath);
     projectsRoot_ = support::GetPathToNthBackslash(dataFolder_, true, 2);

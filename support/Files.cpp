@@ -2,9 +2,8 @@
 
 #include <algorithm>
 #include <charconv>
-#include <filesystem>
 #include <optional>
-#include <system_error>
+#include <utility>
 
 #include "support/Paths.h"
 #include "support/Platform.h"
@@ -13,25 +12,8 @@
 namespace support {
 namespace {
 
-namespace fs = std::filesystem;
-
-fs::path Native(const std::string& path) {
-    const std::string native = NativePath(path);
-    return fs::path(std::u8string(native.begin(), native.end()));
-}
-
-std::string Utf8(const fs::path& path) {
-    const auto text = path.u8string();
-    return {text.begin(), text.end()};
-}
-
 [[noreturn]] void Fail(const std::string& operation, const std::string& path, const std::string& reason) {
     throw FileError(operation + " " + path + ": " + reason);
-}
-
-/// Why, in the same words on every system where they have them in common.
-std::string Reason(const std::error_code& error) {
-    return error.default_error_condition().message();
 }
 
 constexpr const char* temporaryMark = ".tmp-";
@@ -72,52 +54,78 @@ void FlushFolderOf(const std::string& path, const Disk& disk) {
     }
 }
 
-/// The number of the process that a temporary file belongs to; nothing when the name is none of such a file.
-std::optional<std::uint64_t> WriterOf(const std::string& name, const std::string& wholeName) {
-    const std::string start = wholeName + temporaryMark;
-    if (!name.starts_with(start)) return std::nullopt;
+/// Skips a whole number. @return nothing when the text does not begin with one
+std::optional<std::uint64_t> TakeNumber(std::string_view& text) {
     std::uint64_t number = 0;
-    const char* const end = name.data() + name.size();
-    const auto [stopped, error] = std::from_chars(name.data() + start.size(), end, number);
-    if (error != std::errc() || stopped != end) return std::nullopt;
+    const auto [stopped, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (error != std::errc()) return std::nullopt;
+    text.remove_prefix(static_cast<std::size_t>(stopped - text.data()));
     return number;
 }
 
-template <class Keep>
-std::vector<std::string> NamesIn(const std::string& path, Keep keep) {
-    std::error_code error;
-    std::vector<std::string> names;
-    for (fs::directory_iterator at(Native(path), error), end; !error && at != end; at.increment(error)) {
-        std::error_code entryError;
-        if (keep(*at, entryError)) names.push_back(Utf8(at->path().filename()));
+/// The number of the process that a temporary file belongs to; nothing when the name is none of such a file.
+std::optional<std::uint64_t> WriterOf(std::string_view name, const std::string& wholeName) {
+    const std::string start = wholeName + temporaryMark;
+    if (!name.starts_with(start)) return std::nullopt;
+    name.remove_prefix(start.size());
+    const auto number = TakeNumber(name);
+    if (name.starts_with('-')) {
+        name.remove_prefix(1);
+        if (!TakeNumber(name)) return std::nullopt;
     }
-    if (error) Fail("Cannot list", path, Reason(error));
+    return name.empty() ? number : std::nullopt;
+}
+
+PathKind KindAt(const std::string& path, const Disk& disk) {
+    try {
+        return disk.Status(NativePath(path)).kind;
+    } catch (const DiskError& error) {
+        Fail("Cannot look at", path, error.what());
+    }
+}
+
+std::string RealPath(const std::string& path, const Disk& disk) {
+    try {
+        return disk.RealPath(NativePath(path));
+    } catch (const DiskError& error) {
+        Fail("Cannot look at", path, error.what());
+    }
+}
+
+std::vector<std::string> NamesIn(const std::string& path, PathKind kind, const Disk& disk) {
+    std::vector<std::string> names;
+    try {
+        for (FolderEntry& entry : disk.List(NativePath(path)))
+            if (entry.kind == kind) names.push_back(std::move(entry.name));
+    } catch (const DiskError& error) {
+        Fail("Cannot list", path, error.what());
+    }
     return names;
 }
 
 /// What processes that have died left of a whole file that they were writing.
 void RemoveLeftovers(const std::string& path, const Disk& disk) {
     const std::string folder = FolderOf(path);
-    const std::string wholeName = FileNameOf(path);
-    std::error_code error;
-    for (fs::directory_iterator at(Native(folder.empty() ? "." : folder), error), end; !error && at != end;
-         at.increment(error)) {
-        const std::string name = Utf8(at->path().filename());
-        const auto writer = WriterOf(name, wholeName);
-        if (writer && !IsProcessRunning(*writer)) RemoveFileIfThere(JoinPath(folder, name), disk);
+    try {
+        for (const FolderEntry& entry : disk.List(folder)) {
+            const auto writer = WriterOf(entry.name, FileNameOf(path));
+            if (writer && !IsProcessRunning(*writer)) RemoveFileIfThere(JoinPath(folder, entry.name), disk);
+        }
+    } catch (const DiskError&) {
+        // They are in nobody's way.
     }
 }
 
 }  // namespace
 
 std::string ReadWholeFile(const std::string& path, std::uint64_t sizeLimit, const Disk& disk) {
-    std::error_code error;
-    const auto status = fs::status(Native(path), error);
-    if (fs::is_directory(status)) Fail("Cannot read", path, "it is a folder");
-    // Opening a pipe would wait for its other end.
-    if (fs::exists(status) && !fs::is_regular_file(status)) Fail("Cannot read", path, "it is no ordinary file");
+    const std::string native = NativePath(path);
     try {
-        const auto file = disk.Open(NativePath(path), Disk::OpenFor::Reading);
+        const PathKind kind = disk.Status(native).kind;
+        if (kind == PathKind::Folder) Fail("Cannot read", path, "it is a folder");
+        // Opening a pipe would wait for its other end.
+        if (kind == PathKind::Other) Fail("Cannot read", path, "it is no ordinary file");
+        const auto file = disk.Open(native, Disk::OpenFor::Reading);
         const std::uint64_t size = file->Size();
         if (size > sizeLimit)
             Fail("Cannot read", path,
@@ -131,44 +139,50 @@ std::string ReadWholeFile(const std::string& path, std::uint64_t sizeLimit, cons
 }
 
 void WriteWholeFile(const std::string& path, std::string_view content, const Disk& disk) {
-    RemoveLeftovers(NativePath(path), disk);
-    WholeFileWriter writer(path, disk);
+    WholeFileWriter(path, content, disk).Commit();
+}
+
+WholeFileWriter::WholeFileWriter(const std::string& path, std::string_view content, const Disk& disk)
+    : disk_(disk), path_(path) {
     try {
-        const auto file = disk.Open(writer.TemporaryPath(), Disk::OpenFor::Replacing);
+        target_ = disk.RealPath(NativePath(path));
+        RemoveLeftovers(target_, disk);
+        const auto file = CreateTemporary();
         WriteAll(*file, content, content.size());
         file->Flush();
         file->Close();
-        writer.PutInPlace();
     } catch (const DiskError& error) {
+        RemoveFileIfThere(temporaryPath_, disk);
         Fail("Cannot write", path, error.what());
     }
 }
 
-WholeFileWriter::WholeFileWriter(const std::string& path, const Disk& disk)
-    : disk_(disk), path_(NativePath(path)), temporaryPath_(path_ + temporaryMark + std::to_string(ProcessNumber())) {}
-
 WholeFileWriter::~WholeFileWriter() {
-    if (!committed_) RemoveFileIfThere(temporaryPath_, disk_);
+    RemoveFileIfThere(temporaryPath_, disk_);
+}
+
+/// Nothing that exists is ever written to: not what another thread writes, nor what a link of that name leads to.
+std::unique_ptr<OpenFile> WholeFileWriter::CreateTemporary() {
+    constexpr int mostNames = 1000;
+    const std::string first = target_ + temporaryMark + std::to_string(ProcessNumber());
+    for (int i = 1; i <= mostNames; ++i) {
+        const std::string name = i == 1 ? first : first + "-" + std::to_string(i);
+        if (auto file = disk_.Create(name)) {
+            temporaryPath_ = name;
+            return file;
+        }
+    }
+    throw DiskError("the names of its temporary files are taken, remove " + first + " and those that begin so");
 }
 
 void WholeFileWriter::Commit() {
-    if (!FileExists(temporaryPath_))
-        Fail("Cannot write", path_, Reason(std::make_error_code(std::errc::no_such_file_or_directory)));
     try {
-        // Some systems flush only what is open for writing.
-        const auto file = disk_.Open(temporaryPath_, Disk::OpenFor::Appending);
-        file->Flush();
-        file->Close();
-        PutInPlace();
+        disk_.Rename(temporaryPath_, target_);
     } catch (const DiskError& error) {
         Fail("Cannot write", path_, error.what());
     }
-}
-
-void WholeFileWriter::PutInPlace() {
-    disk_.Rename(temporaryPath_, path_);
-    committed_ = true;
-    FlushFolderOf(path_, disk_);
+    temporaryPath_.clear();
+    FlushFolderOf(target_, disk_);
 }
 
 bool AppendToFile(const std::string& path, std::string_view text, const Disk& disk) {
@@ -195,14 +209,15 @@ void CreateFolders(const std::string& path, const Disk& disk) {
     std::string native = NativePath(path);
     while (native.size() > 1 && IsPathSeparator(native.back()))
         native.pop_back();
-    if (FolderExists(native)) return;
+    if (FolderExists(native, disk)) return;
     const std::string above = FolderOf(native);
     if (!above.empty() && above != native) CreateFolders(above, disk);
     try {
         disk.MakeFolder(native);
     } catch (const DiskError& error) {
-        if (FolderExists(native)) return;
-        Fail("Cannot create folder", path, FileExists(native) ? "a file of that name is in the way" : error.what());
+        if (FolderExists(native, disk)) return;
+        Fail("Cannot create folder", path,
+             FileExists(native, disk) ? "a file of that name is in the way" : error.what());
     }
     FlushFolderOf(native, disk);
 }
@@ -216,39 +231,33 @@ std::shared_ptr<void> HoldFile(const std::string& path, const std::string& owner
     return use.lock;
 }
 
-bool FileExists(const std::string& path) {
-    std::error_code error;
-    return fs::is_regular_file(Native(path), error);
+bool FileExists(const std::string& path, const Disk& disk) {
+    return KindAt(path, disk) == PathKind::File;
 }
 
-bool FolderExists(const std::string& path) {
-    std::error_code error;
-    return !path.empty() && fs::is_directory(Native(path), error);
+bool FolderExists(const std::string& path, const Disk& disk) {
+    return KindAt(path, disk) == PathKind::Folder;
 }
 
-bool IsWithin(const std::string& path, const std::string& folder) {
-    std::error_code error;
-    const fs::path inner = fs::canonical(Native(path), error);
-    if (error) return false;
-    const fs::path outer = fs::canonical(Native(folder), error);
-    return !error && std::mismatch(outer.begin(), outer.end(), inner.begin(), inner.end()).first == outer.end();
+bool IsWithin(const std::string& path, const std::string& folder, const Disk& disk) {
+    if (KindAt(path, disk) == PathKind::Nothing || !FolderExists(folder, disk)) return false;
+    const std::string outer = JoinPath(RealPath(folder, disk), "");
+    return JoinPath(RealPath(path, disk), "").starts_with(outer);
 }
 
-std::vector<std::string> SubFolders(const std::string& path) {
-    return NamesIn(path,
-                   [](const fs::directory_entry& entry, std::error_code& error) { return entry.is_directory(error); });
+std::vector<std::string> SubFolders(const std::string& path, const Disk& disk) {
+    return NamesIn(path, PathKind::Folder, disk);
 }
 
-std::vector<std::string> FilesIn(const std::string& path) {
-    auto names = NamesIn(
-        path, [](const fs::directory_entry& entry, std::error_code& error) { return entry.is_regular_file(error); });
+std::vector<std::string> FilesIn(const std::string& path, const Disk& disk) {
+    auto names = NamesIn(path, PathKind::File, disk);
     std::sort(names.begin(), names.end());
     return names;
 }
 
 void RemoveFileIfThere(const std::string& path, const Disk& disk) noexcept {
     try {
-        if (FileExists(path)) disk.Remove(NativePath(path));
+        if (FileExists(path, disk)) disk.Remove(NativePath(path));
     } catch (const std::exception&) {
         // It is in nobody's way.
     }

@@ -25,18 +25,22 @@ inline constexpr std::uint64_t anySize = std::uint64_t{1} << 30;
 /// @throws FileError
 std::string ReadWholeFile(const std::string& path, std::uint64_t sizeLimit = anySize, const Disk& disk = SystemDisk());
 
-/// Replaces the file as a whole: written to a temporary file in the same folder ("NAME.tmp-PROCESS"), checked, flushed
-/// to disk, renamed. On failure the old file stays as it was and no temporary file is left, if the disk lets it be
-/// removed. Those that processes which have died left of this file are removed.
+/// Replaces the file as a whole: written to a new temporary file in the same folder ("NAME.tmp-PROCESS", with "-2" and
+/// so on behind it where that name is taken), checked, flushed to disk, renamed. The file keeps its rights and, as far
+/// as the system lets it, its owner; a link stays one, and what it leads to is replaced. On failure the old file stays
+/// as it was and no temporary file is left, if the disk lets it be removed. Those that processes which have died left
+/// of this file are removed.
 /// @throws FileError
 void WriteWholeFile(const std::string& path, std::string_view content, const Disk& disk = SystemDisk());
 
-/// A file that another library writes, put in place the same way: create one, let the library write to TemporaryPath(),
-/// then Commit(). Without Commit the temporary file is removed.
+/// A whole file that is looked at, or changed by another library, before it is put in place in the same way. Without
+/// Commit the temporary file is removed.
 class WholeFileWriter {
   public:
+    /// Writes the temporary file.
     /// @param disk must outlive the writer
-    explicit WholeFileWriter(const std::string& path, const Disk& disk = SystemDisk());
+    /// @throws FileError
+    WholeFileWriter(const std::string& path, std::string_view content, const Disk& disk = SystemDisk());
     ~WholeFileWriter();
     WholeFileWriter(const WholeFileWriter&) = delete;
     WholeFileWriter& operator=(const WholeFileWriter&) = delete;
@@ -46,13 +50,12 @@ class WholeFileWriter {
     void Commit();
 
   private:
-    friend void WriteWholeFile(const std::string& path, std::string_view content, const Disk& disk);
-    void PutInPlace();
+    std::unique_ptr<OpenFile> CreateTemporary();
 
     const Disk& disk_;
-    std::string path_;
-    std::string temporaryPath_;
-    bool committed_ = false;
+    std::string path_;           ///< as it was given
+    std::string target_;         ///< where its links lead
+    std::string temporaryPath_;  ///< empty while there is none
 };
 
 /// Appends lines and flushes. A line that was cut off there before, as by the death of its writer, is ended first. When
@@ -71,14 +74,16 @@ void CreateFolders(const std::string& path, const Disk& disk = SystemDisk());
 /// @throws FileError when another one has it, whose process it names, or the disk fails
 std::shared_ptr<void> HoldFile(const std::string& path, const std::string& owner);
 
-bool FileExists(const std::string& path);
-bool FolderExists(const std::string& path);
-/// Whether an existing path lies in the folder or below it once all links are followed.
-bool IsWithin(const std::string& path, const std::string& folder);
+/// Only where the disk says that there is no such file or folder the answer is no.
+/// @throws FileError on any other answer, since nobody knows then
+bool FileExists(const std::string& path, const Disk& disk = SystemDisk());
+bool FolderExists(const std::string& path, const Disk& disk = SystemDisk());
+/// Whether an existing path lies in the folder or below it once all links are followed. @throws FileError
+bool IsWithin(const std::string& path, const std::string& folder, const Disk& disk = SystemDisk());
 /// Names of the direct sub-folders in the file system's order. @throws FileError
-std::vector<std::string> SubFolders(const std::string& path);
+std::vector<std::string> SubFolders(const std::string& path, const Disk& disk = SystemDisk());
 /// Names of the files directly in the folder, sorted. @throws FileError
-std::vector<std::string> FilesIn(const std::string& path);
+std::vector<std::string> FilesIn(const std::string& path, const Disk& disk = SystemDisk());
 /// Failures are ignored.
 void RemoveFileIfThere(const std::string& path, const Disk& disk = SystemDisk()) noexcept;
 

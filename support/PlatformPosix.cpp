@@ -5,8 +5,6 @@
 #include <locale.h>
 #include <pwd.h>
 #include <signal.h>
-#include <sys/file.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <array>
@@ -23,136 +21,12 @@
 #include "support/IniDocument.h"
 #include "support/Paths.h"
 #include "support/Platform.h"
+#include "support/PlatformPosixFiles.h"
 
 namespace support {
 namespace {
 
-/// Closes a file descriptor on every way out.
-class Descriptor {
-  public:
-    explicit Descriptor(int descriptor) : descriptor_(descriptor) {}
-    ~Descriptor() { Close(); }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-
-    bool Valid() const { return descriptor_ >= 0; }
-    int Get() const { return descriptor_; }
-    bool Close() {
-        if (descriptor_ < 0) return true;
-        const int closing = descriptor_;
-        descriptor_ = -1;
-        return ::close(closing) == 0;
-    }
-
-  private:
-    int descriptor_;
-};
-
 constexpr std::uint64_t largestIniFile = 1 << 20;
-
-std::string LastError() {
-    return std::strerror(errno);
-}
-
-[[noreturn]] void FailWithLastError() {
-    throw DiskError(LastError());
-}
-
-std::string FolderToOpen(const std::string& path) {
-    const std::string folder = FolderOf(path);
-    return folder.empty() ? "." : folder;
-}
-
-class PosixFile : public OpenFile {
-  public:
-    PosixFile(const std::string& path, int flags) : file_(::open(path.c_str(), flags | O_CLOEXEC, 0666)) {
-        if (!file_.Valid()) FailWithLastError();
-    }
-
-    std::uint64_t Size() override {
-        struct stat status {};
-        if (::fstat(file_.Get(), &status) != 0) FailWithLastError();
-        return static_cast<std::uint64_t>(status.st_size);
-    }
-    std::string Read(std::uint64_t offset, std::size_t count) override {
-        std::string content(count, '\0');
-        std::size_t done = 0;
-        while (done < count) {
-            const ssize_t part =
-                ::pread(file_.Get(), content.data() + done, count - done, static_cast<off_t>(offset + done));
-            if (part < 0 && errno == EINTR) continue;
-            if (part < 0) FailWithLastError();
-            if (part == 0) break;
-            done += static_cast<std::size_t>(part);
-        }
-        content.resize(done);
-        return content;
-    }
-    std::size_t Write(std::string_view content) override {
-        ssize_t written = 0;
-        do {
-            written = ::write(file_.Get(), content.data(), content.size());
-        } while (written < 0 && errno == EINTR);
-        if (written < 0) FailWithLastError();
-        return static_cast<std::size_t>(written);
-    }
-    void CutTo(std::uint64_t size) override {
-        if (::ftruncate(file_.Get(), static_cast<off_t>(size)) != 0) FailWithLastError();
-    }
-    void Flush() override {
-        if (::fsync(file_.Get()) != 0) FailWithLastError();
-    }
-    void Close() override {
-        if (!file_.Close()) FailWithLastError();
-    }
-
-  private:
-    Descriptor file_;
-};
-
-class PosixDisk : public Disk {
-  public:
-    std::unique_ptr<OpenFile> Open(const std::string& path, OpenFor purpose) const override {
-        const int flags = purpose == OpenFor::Reading     ? O_RDONLY
-                          : purpose == OpenFor::Replacing ? O_WRONLY | O_CREAT | O_TRUNC
-                                                          : O_RDWR | O_CREAT | O_APPEND;
-        return std::make_unique<PosixFile>(path, flags);
-    }
-    void Rename(const std::string& from, const std::string& to) const override {
-        // Renaming asks for the folder's permission only, but a file that is protected against writing is to stay.
-        if (::faccessat(AT_FDCWD, to.c_str(), W_OK, AT_EACCESS) != 0 && errno != ENOENT) FailWithLastError();
-        if (::rename(from.c_str(), to.c_str()) != 0) FailWithLastError();
-    }
-    void FlushFolder(const std::string& path) const override {
-        PosixFile(path.empty() ? "." : path, O_RDONLY | O_DIRECTORY).Flush();
-    }
-    void Remove(const std::string& path) const override {
-        if (::unlink(path.c_str()) != 0) FailWithLastError();
-    }
-    void MakeFolder(const std::string& path) const override {
-        if (::mkdir(path.c_str(), 0777) != 0) FailWithLastError();
-    }
-};
-
-/// Whether the open file is still the one of that name, and not one whose holder has removed it meanwhile.
-bool IsStillNamed(const Descriptor& file, const std::string& path) {
-    struct stat opened {};
-    struct stat named {};
-    return ::fstat(file.Get(), &opened) == 0 && ::stat(path.c_str(), &named) == 0 && opened.st_dev == named.st_dev &&
-           opened.st_ino == named.st_ino;
-}
-
-/// Writes the number of this process into the file and removes the file when the lock is let go.
-std::shared_ptr<void> KeepLocked(std::unique_ptr<Descriptor> file, const std::string& path) {
-    const std::string number = std::to_string(ProcessNumber());
-    // The number is there for people; the lock is held without it too.
-    [[maybe_unused]] const bool written =
-        ::ftruncate(file->Get(), 0) == 0 && ::pwrite(file->Get(), number.data(), number.size(), 0) >= 0;
-    return {file.release(), [path](Descriptor* held) {
-                ::unlink(path.c_str());
-                delete held;
-            }};
-}
 
 struct LocaleRelease {
     void operator()(locale_t locale) const { ::freelocale(locale); }
@@ -202,11 +76,6 @@ std::shared_ptr<void> CatchStopSignals(void (*handler)(int signal)) {
             }};
 }
 
-const Disk& SystemDisk() {
-    static const PosixDisk disk;
-    return disk;
-}
-
 std::uint64_t ProcessNumber() {
     return static_cast<std::uint64_t>(::getpid());
 }
@@ -253,43 +122,6 @@ bool LocaleDatePatterns(const std::string& localeName, std::string& shortDate, s
     return true;
 }
 
-std::shared_ptr<void> LockForSaving(const std::string& path) {
-    auto folder = std::make_shared<Descriptor>(::open(FolderToOpen(NativePath(path)).c_str(), O_RDONLY | O_CLOEXEC));
-    if (!folder->Valid()) return {};
-    int result = 0;
-    do {
-        result = ::flock(folder->Get(), LOCK_EX);
-    } while (result != 0 && errno == EINTR);
-    if (result != 0) return {};
-    return folder;
-}
-
-SoleUse TrySoleUse(const std::string& path) {
-    constexpr std::size_t longestNumber = 20;
-    const std::string name = NativePath(path) + ".in-use";
-    for (;;) {
-        auto file = std::make_unique<Descriptor>(::open(name.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666));
-        // Another user's file may be locked as well as one's own.
-        if (!file->Valid() && errno == EACCES)
-            file = std::make_unique<Descriptor>(::open(name.c_str(), O_RDONLY | O_CLOEXEC));
-        if (!file->Valid()) {
-            const bool nobodyWritesHere = errno == EACCES || errno == EPERM || errno == EROFS || errno == ENOENT;
-            return {{}, false, {}, nobodyWritesHere ? std::string() : LastError()};
-        }
-        if (::flock(file->Get(), LOCK_EX | LOCK_NB) == 0) {
-            if (IsStillNamed(*file, name)) return {KeepLocked(std::move(file), name), false, {}, {}};
-            continue;
-        }
-        if (errno == EINTR) continue;
-        // Some network disks know no locks.
-        if (errno != EWOULDBLOCK) return {};
-        std::string holder(longestNumber, '\0');
-        const ssize_t length = ::pread(file->Get(), holder.data(), holder.size(), 0);
-        holder.resize(length > 0 ? static_cast<std::size_t>(length) : 0);
-        return {{}, true, holder, {}};
-    }
-}
-
 std::string PlatformReadIni(const std::string& path, const std::string& section, const std::string& key,
                             const Disk& disk) {
     constexpr std::size_t longestValue = 255;
@@ -298,7 +130,7 @@ std::string PlatformReadIni(const std::string& path, const std::string& section,
 }
 
 void PlatformWriteIni(const std::string& path, const std::vector<IniEntry>& entries, const Disk& disk) {
-    const std::string old = FileExists(path) ? ReadWholeFile(path, largestIniFile, disk) : std::string();
+    const std::string old = FileExists(path, disk) ? ReadWholeFile(path, largestIniFile, disk) : std::string();
     std::string changed = old;
     for (const auto& entry : entries) {
         try {

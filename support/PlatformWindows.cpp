@@ -17,6 +17,7 @@
 #include "support/Files.h"
 #include "support/Paths.h"
 #include "support/Platform.h"
+#include "support/PlatformWindowsFiles.h"
 #include "support/PlatformWindowsText.h"
 
 namespace support {
@@ -45,135 +46,6 @@ std::string Utf8(std::wstring_view wide) {
 }
 
 namespace {
-
-/// Closes a file on every way out.
-class FileHandle {
-  public:
-    explicit FileHandle(HANDLE handle) : handle_(handle) {}
-    ~FileHandle() { Close(); }
-    FileHandle(const FileHandle&) = delete;
-    FileHandle& operator=(const FileHandle&) = delete;
-
-    bool Valid() const { return handle_ != INVALID_HANDLE_VALUE; }
-    HANDLE Get() const { return handle_; }
-    bool Close() {
-        if (!Valid()) return true;
-        const HANDLE closing = handle_;
-        handle_ = INVALID_HANDLE_VALUE;
-        return ::CloseHandle(closing) != 0;
-    }
-
-  private:
-    HANDLE handle_;
-};
-
-constexpr DWORD sharedByAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-
-/// In English and the same as elsewhere where the system's number has a portable meaning.
-std::string ErrorText(DWORD error) {
-    return std::system_category().default_error_condition(static_cast<int>(error)).message();
-}
-
-std::string LastError() {
-    return ErrorText(::GetLastError());
-}
-
-[[noreturn]] void FailWithLastError() {
-    throw DiskError(LastError());
-}
-
-class WindowsFile : public OpenFile {
-  public:
-    WindowsFile(const std::string& path, DWORD access, DWORD creation)
-        : file_(::CreateFileW(Wide(path).c_str(), access, sharedByAll, nullptr, creation, FILE_ATTRIBUTE_NORMAL,
-                              nullptr)) {
-        if (!file_.Valid()) FailWithLastError();
-    }
-
-    std::uint64_t Size() override {
-        LARGE_INTEGER size{};
-        if (::GetFileSizeEx(file_.Get(), &size) == 0) FailWithLastError();
-        return static_cast<std::uint64_t>(size.QuadPart);
-    }
-    std::string Read(std::uint64_t offset, std::size_t count) override {
-        MoveTo(offset);
-        std::string content(count, '\0');
-        std::size_t done = 0;
-        while (done < count) {
-            DWORD part = 0;
-            if (::ReadFile(file_.Get(), content.data() + done, PartOf(count - done), &part, nullptr) == 0)
-                FailWithLastError();
-            if (part == 0) break;
-            done += part;
-        }
-        content.resize(done);
-        return content;
-    }
-    std::size_t Write(std::string_view content) override {
-        MoveTo(Size());
-        DWORD written = 0;
-        if (::WriteFile(file_.Get(), content.data(), PartOf(content.size()), &written, nullptr) == 0)
-            FailWithLastError();
-        return written;
-    }
-    void CutTo(std::uint64_t size) override {
-        MoveTo(size);
-        if (::SetEndOfFile(file_.Get()) == 0) FailWithLastError();
-    }
-    void Flush() override {
-        if (::FlushFileBuffers(file_.Get()) == 0) FailWithLastError();
-    }
-    void Close() override {
-        if (!file_.Close()) FailWithLastError();
-    }
-
-  private:
-    static DWORD PartOf(std::size_t size) {
-        constexpr std::size_t largestPart = std::size_t{1} << 30;
-        return static_cast<DWORD>(std::min(size, largestPart));
-    }
-    void MoveTo(std::uint64_t offset) {
-        LARGE_INTEGER distance{};
-        distance.QuadPart = static_cast<LONGLONG>(offset);
-        if (::SetFilePointerEx(file_.Get(), distance, nullptr, FILE_BEGIN) == 0) FailWithLastError();
-    }
-
-    FileHandle file_;
-};
-
-class WindowsDisk : public Disk {
-  public:
-    std::unique_ptr<OpenFile> Open(const std::string& path, OpenFor purpose) const override {
-        const DWORD creation = purpose == OpenFor::Reading     ? OPEN_EXISTING
-                               : purpose == OpenFor::Replacing ? CREATE_ALWAYS
-                                                               : OPEN_ALWAYS;
-        const DWORD access = purpose == OpenFor::Reading ? GENERIC_READ : GENERIC_READ | GENERIC_WRITE;
-        return std::make_unique<WindowsFile>(path, access, creation);
-    }
-    void Rename(const std::string& from, const std::string& to) const override {
-        const std::wstring target = Wide(to);
-        const DWORD attributes = ::GetFileAttributesW(target.c_str());
-        if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0)
-            throw DiskError(std::make_error_code(std::errc::is_a_directory).message());
-        {
-            // The folder's rights may allow to replace a file that is itself protected against writing.
-            const FileHandle old(::CreateFileW(target.c_str(), GENERIC_WRITE, sharedByAll, nullptr, OPEN_EXISTING,
-                                               FILE_ATTRIBUTE_NORMAL, nullptr));
-            if (!old.Valid() && ::GetLastError() == ERROR_ACCESS_DENIED) FailWithLastError();
-        }
-        if (::MoveFileExW(Wide(from).c_str(), target.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) == 0)
-            FailWithLastError();
-    }
-    void FlushFolder(const std::string&) const override {
-        // Renaming has written through already, and a folder has no handle that could be flushed.
-    }
-    void Remove(const std::string& path) const override {
-        if (::DeleteFileW(Wide(path).c_str()) == 0) FailWithLastError();
-    }
-    void MakeFolder(const std::string& path) const override {
-        if (::CreateDirectoryW(Wide(path).c_str(), nullptr) == 0) FailWithLastError();
-    }
-};
 
 /// The text in the system's code page; empty when a character is not in it.
 std::string InCodePage(const std::wstring& text) {
@@ -211,20 +83,6 @@ std::string PrivateProfilePath(const std::string& path) {
         throw FileError("Cannot open " + path +
                         ": its name holds characters that this system's code page lacks; rename the folder or file");
     return narrow;
-}
-
-/// A hidden file that goes with its handle. While the one of the holder before is being removed it is refused in the
-/// same way as in a protected folder, so that some refusals are waited out.
-std::shared_ptr<FileHandle> OpenLockFile(const std::wstring& name, DWORD sharing) {
-    constexpr DWORD pauseMs = 10;
-    constexpr int refusalsTaken = 100;
-    for (int refusals = 0;; ++refusals) {
-        auto lock = std::make_shared<FileHandle>(
-            ::CreateFileW(name.c_str(), GENERIC_WRITE, sharing, nullptr, OPEN_ALWAYS,
-                          FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE, nullptr));
-        if (lock->Valid() || refusals == refusalsTaken || ::GetLastError() != ERROR_ACCESS_DENIED) return lock;
-        ::Sleep(pauseMs);
-    }
 }
 
 bool HasLineEnd(std::string_view text) {
@@ -306,11 +164,6 @@ bool OpenWithDesktop(const std::string& path) {
     return reinterpret_cast<INT_PTR>(opened) > lastErrorCode;
 }
 
-const Disk& SystemDisk() {
-    static const WindowsDisk disk;
-    return disk;
-}
-
 std::uint64_t ProcessNumber() {
     return ::GetCurrentProcessId();
 }
@@ -326,44 +179,6 @@ bool IsProcessRunning(std::uint64_t number) {
     return isRunning;
 }
 
-std::shared_ptr<void> LockForSaving(const std::string& path) {
-    // A file that the system removes with its only handle, also when the process dies: unlike a mutex it may be let go
-    // by any thread, and it is seen from other machines too.
-    constexpr DWORD pauseMs = 10;
-    const std::wstring name = Wide(NativePath(path) + ".lock");
-    for (;;) {
-        auto lock = OpenLockFile(name, 0);
-        if (lock->Valid()) return lock;
-        if (::GetLastError() != ERROR_SHARING_VIOLATION) return {};
-        ::Sleep(pauseMs);
-    }
-}
-
-SoleUse TrySoleUse(const std::string& path) {
-    constexpr DWORD longestNumber = 20;
-    const std::wstring name = Wide(NativePath(path) + ".in-use");
-    auto lock = OpenLockFile(name, FILE_SHARE_READ);
-    if (lock->Valid()) {
-        // The number is there for people; the lock is held without it too.
-        const std::string number = std::to_string(ProcessNumber());
-        DWORD written = 0;
-        ::WriteFile(lock->Get(), number.data(), static_cast<DWORD>(number.size()), &written, nullptr);
-        return {lock, false, {}, {}};
-    }
-    const DWORD error = ::GetLastError();
-    const bool nobodyWritesHere =
-        error == ERROR_ACCESS_DENIED || error == ERROR_WRITE_PROTECT || error == ERROR_PATH_NOT_FOUND;
-    if (nobodyWritesHere) return {};
-    if (error != ERROR_SHARING_VIOLATION) return {{}, false, {}, ErrorText(error)};
-    const FileHandle file(
-        ::CreateFileW(name.c_str(), GENERIC_READ, sharedByAll, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
-    std::string holder(longestNumber, '\0');
-    DWORD length = 0;
-    if (!file.Valid() || ::ReadFile(file.Get(), holder.data(), longestNumber, &length, nullptr) == 0) length = 0;
-    holder.resize(length);
-    return {{}, true, holder, {}};
-}
-
 std::string PlatformReadIni(const std::string& path, const std::string& section, const std::string& key, const Disk&) {
     std::array<char, 256> value{};
     const DWORD length = ::GetPrivateProfileStringA(section.c_str(), key.c_str(), "", value.data(),
@@ -373,19 +188,20 @@ std::string PlatformReadIni(const std::string& path, const std::string& section,
 
 void PlatformWriteIni(const std::string& path, const std::vector<IniEntry>& entries, const Disk& disk) {
     // The system changes the file in place, so that a copy is changed and then put in place as a whole.
-    const std::string old = FileExists(path) ? ReadWholeFile(path, anySize, disk) : std::string();
-    WholeFileWriter writer(path, disk);
-    WriteWholeFile(writer.TemporaryPath(), old, disk);
+    const std::string old = FileExists(path, disk) ? ReadWholeFile(path, anySize, disk) : std::string();
+    WholeFileWriter writer(path, old, disk);
     const std::string copy = PrivateProfilePath(writer.TemporaryPath());
     for (const auto& entry : entries) {
         // A line end would break the file.
         if (HasLineEnd(entry.section) || HasLineEnd(entry.key) || HasLineEnd(entry.value)) continue;
         if (::WritePrivateProfileStringA(entry.section.c_str(), entry.key.c_str(), entry.value.c_str(), copy.c_str()) ==
             0)
-            throw FileError("Cannot write " + path + ": " + LastError());
+            throw FileError("Cannot write " + path + ": " + WindowsErrorText(::GetLastError()));
     }
     ::WritePrivateProfileStringA(nullptr, nullptr, nullptr, copy.c_str());  // what the system may keep in memory
-    if (ReadWholeFile(writer.TemporaryPath(), anySize, disk) != old) writer.Commit();
+    if (ReadWholeFile(writer.TemporaryPath(), anySize, disk) == old) return;
+    disk.Open(writer.TemporaryPath(), Disk::OpenFor::Appending)->Flush();
+    writer.Commit();
 }
 
 }  // namespace support

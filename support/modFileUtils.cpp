@@ -37,6 +37,14 @@ std::string GetLastTwoPathParts(const std::string& strPath) {
     return at ? strPath.substr(*at + 1) : std::string();
 }
 
+bool modFileUtils::FileExists(const std::string& strPath, const Disk& disk) noexcept {
+    try {
+        return support::FileExists(strPath, disk);
+    } catch (const std::exception&) {
+        return false;
+    }
+}
+
 std::string ReadIniString(const std::string& strIniPath, const std::string& strSection, const std::string& strKey,
                           const Disk& disk) {
     try {

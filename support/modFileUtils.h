@@ -20,6 +20,12 @@ std::string GetFolderNameAtDepth(const std::string& strPath, std::int16_t intN);
 /// Everything after the second "\" from the end; empty when there is none.
 std::string GetLastTwoPathParts(const std::string& strPath);
 
+/// What FileExists of support/Files.h answers without its errors.
+namespace modFileUtils {
+/// False on any error.
+bool FileExists(const std::string& strPath, const Disk& disk = SystemDisk()) noexcept;
+}  // namespace modFileUtils
+
 /// At most 255 bytes of the value; empty when file, section or key is missing.
 std::string ReadIniString(const std::string& strIniPath, const std::string& strSection, const std::string& strKey,
                           const Disk& disk = SystemDisk());

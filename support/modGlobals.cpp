@@ -49,8 +49,8 @@ std::string MakeOutputFolder(const std::string& strPath, const std::string& strG
     folder += " " + GetRunTimeTag(strGeneralDate);
     // A compound name that holds a separator would otherwise become a folder of its own.
     const std::string parent = FolderOf(folder);
-    if (!parent.empty() && !FolderExists(parent)) return {};
     try {
+        if (!parent.empty() && !FolderExists(parent, disk)) return {};
         CreateFolders(folder, disk);
     } catch (const std::exception&) {
         return {};

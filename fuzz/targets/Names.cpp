@@ -37,7 +37,7 @@ void fuzz::Try(std::string_view input) {
 
     const std::string data = PathOf("Projects/Study/Data");
     fs::create_directories(data);
-    const orvanel::ProjectFiles project(PathOf("Projects/"), "Study");
+    const orvanel::ProjectFiles project(PathOf("Projects/"), "Study", support::SystemDisk());
     try {
         const std::string path = project.DataFile(name);
         Require(Utf8Path(path).lexically_normal().string().starts_with(data), "data stay in the project");

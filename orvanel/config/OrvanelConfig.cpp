@@ -6,6 +6,7 @@
 #include <optional>
 #include <string_view>
 
+#include "orvanel/FileFailure.h"
 #include "orvanel/HostErrorNumbers.h"
 #include "orvanel/instrument/StrictIni.h"
 #include "support/Files.h"
@@ -25,7 +26,7 @@ constexpr int maximumCompounds = 20;
 
 class Reader {
   public:
-    explicit Reader(const std::string& path) : file_(path, errorNumber::badConfiguration) {}
+    Reader(const std::string& path, const support::Disk& disk) : file_(path, errorNumber::badConfiguration, disk) {}
 
     const std::vector<support::IniDocument::Section>& Sections() const { return file_.Sections(); }
     [[noreturn]] void Fail(int line, const std::string& text) const { file_.Fail(line, text); }
@@ -189,17 +190,18 @@ void ReadFaultsSection(const Reader& reader, const support::IniDocument::Section
 
 }  // namespace
 
-OrvanelConfig ReadOrvanelConfig(const std::string& iniPath, const std::string& defaultAppLocation) {
+OrvanelConfig ReadOrvanelConfig(const std::string& iniPath, const std::string& defaultAppLocation,
+                                const support::Disk& disk) {
     OrvanelConfig config;
     config.iniPath = support::AbsolutePath(iniPath);
     config.dataLocation = WithoutSeparatorAtEnd(support::FolderOf(config.iniPath));
     config.appLocation = WithoutSeparatorAtEnd(defaultAppLocation);
-    if (!support::FileExists(iniPath)) {
+    if (!AsHostError(errorNumber::badConfiguration, [&] { return support::FileExists(iniPath, disk); })) {
         config.running = false;
         return config;
     }
 
-    const Reader reader(iniPath);
+    const Reader reader(iniPath, disk);
     for (const auto& section : reader.Sections()) {
         if (EqualIgnoringCase(section.name, "Orvanel"))
             ReadHostSection(reader, section, config);

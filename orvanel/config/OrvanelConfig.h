@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "orvanel/instrument/faults/FaultSettings.h"
+#include "support/Disk.h"
 
 namespace orvanel {
 
@@ -30,6 +31,7 @@ struct OrvanelConfig {
 
 /// @param defaultAppLocation used when the file names none
 /// @throws ports::HostError naming file, line and key, and what is allowed
-OrvanelConfig ReadOrvanelConfig(const std::string& iniPath, const std::string& defaultAppLocation);
+OrvanelConfig ReadOrvanelConfig(const std::string& iniPath, const std::string& defaultAppLocation,
+                                const support::Disk& disk = support::SystemDisk());
 
 }  // namespace orvanel

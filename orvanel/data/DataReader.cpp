@@ -17,14 +17,20 @@ constexpr std::size_t pointLimit = 40'000'000;
 constexpr std::size_t cachedFiles = 3;
 constexpr std::size_t longestReasonBytes = 500;
 
-std::filesystem::path SystemPath(const std::string& path) {
-    const std::string native = support::NativePath(path);
-    return std::filesystem::path(std::u8string(native.begin(), native.end()));
+[[noreturn]] void FailToRead(const std::string& path, const std::string& reason) {
+    throw ports::HostError(dataFileUnreadable, "The data file \"" + path + "\" cannot be read: " + reason);
 }
 
-void RequireFile(const std::string& path) {
-    if (!support::FileExists(path))
+support::PathStatus StatusOfFile(const std::string& path, const support::Disk& disk) {
+    support::PathStatus status;
+    try {
+        status = disk.Status(support::NativePath(path));
+    } catch (const support::DiskError& error) {
+        FailToRead(path, error.what());
+    }
+    if (status.kind != support::PathKind::File)
         throw ports::HostError(dataFileNotFound, "The data file \"" + path + "\" does not exist");
+    return status;
 }
 
 /// A library's message in one line without the full stop at its end.
@@ -39,27 +45,20 @@ std::string OneLine(std::string text) {
 }  // namespace
 
 DataFileContent ReadDataFile(const std::string& path, std::size_t experiment, const support::Disk& disk) {
-    RequireFile(path);
-    std::error_code ignored;
-    const auto size = std::filesystem::file_size(SystemPath(path), ignored);
-    if (!ignored && size > fileSizeLimit)
+    if (StatusOfFile(path, disk).size > fileSizeLimit)
         throw ports::HostError(dataFileTooLarge, "The data file \"" + path + "\" is larger than 1 GiB");
     try {
         return ReadMzml(support::ReadWholeFile(path, fileSizeLimit, disk), pointLimit, experiment);
     } catch (const std::exception& error) {
-        throw ports::HostError(dataFileUnreadable,
-                               "The data file \"" + path + "\" cannot be read: " + OneLine(error.what()));
+        FailToRead(path, OneLine(error.what()));
     }
 }
 
 std::shared_ptr<const DataFileContent> DataFileCache::Open(const std::string& path) {
     if (check_) check_(path);
-    RequireFile(path);
-    std::error_code error;
-    Entry wanted{path, std::filesystem::file_size(SystemPath(path), error), {}, nullptr};
-    if (!error) wanted.changed = std::filesystem::last_write_time(SystemPath(path), error);
+    Entry wanted{path, StatusOfFile(path, disk_), nullptr};
     const auto found = std::find_if(entries_.begin(), entries_.end(), [&](const Entry& entry) {
-        return !error && entry.path == wanted.path && entry.size == wanted.size && entry.changed == wanted.changed;
+        return entry.path == wanted.path && entry.status == wanted.status;
     });
     if (found != entries_.end()) {
         std::rotate(entries_.begin(), found, found + 1);

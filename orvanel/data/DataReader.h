@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <filesystem>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -79,8 +78,8 @@ struct DataFileContent {
 DataFileContent ReadDataFile(const std::string& path, std::size_t experiment = 0,
                              const support::Disk& disk = support::SystemDisk());
 
-/// The files that were read last, so that several handles on one file read it once. A file is read again when its size
-/// or its time of change differs. One thread only.
+/// The files that were read last, so that several handles on one file read it once. A file is read again when its size,
+/// its time of change or the file itself differs. One thread only.
 class DataFileCache {
   public:
     /// @param disk must outlive the cache
@@ -95,8 +94,7 @@ class DataFileCache {
   private:
     struct Entry {
         std::string path;
-        std::uintmax_t size = 0;
-        std::filesystem::file_time_type changed;
+        support::PathStatus status;
         std::shared_ptr<const DataFileContent> content;
     };
     const support::Disk& disk_;

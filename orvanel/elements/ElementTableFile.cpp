@@ -72,8 +72,8 @@ std::vector<ports::Isotope> ReadElement(StrictIni& file, const StrictIni::Sectio
 
 }  // namespace
 
-std::unique_ptr<ports::ElementTable> OpenElementTableFile(const std::string& path) {
-    StrictIni file(path, elementFileFaulty);
+std::unique_ptr<ports::ElementTable> OpenElementTableFile(const std::string& path, const support::Disk& disk) {
+    StrictIni file(path, elementFileFaulty, disk);
     if (file.Sections().empty() || file.Sections().size() > maximumElements)
         file.Fail(0, "The file holds " + std::to_string(file.Sections().size()) + " elements; it needs 1 to " +
                          std::to_string(maximumElements));

@@ -72,14 +72,14 @@ Deviation LeaveOneOut(const MeasuredBreakdown& measured) {
     return comparison.Result();
 }
 
-std::string TargetOf(const CompoundImport& import) {
+std::string TargetOf(const CompoundImport& import, const support::Disk& disk) {
     if (!support::IsPortableName(import.name))
         throw ports::HostError(
             spectrumFileFaulty,
             "\"" + import.name + "\" is no name of a compound, expected is a file's name without .ini");
     const std::string file = import.name + compoundFileExtension;
     const std::string path = import.toFolder.empty() ? file : support::JoinPath(import.toFolder, file);
-    if (support::FileExists(path))
+    if (support::FileExists(path, disk))
         throw ports::HostError(spectrumFileFaulty,
                                path + " is there already: choose another name or folder, or remove it");
     return path;
@@ -95,13 +95,13 @@ void DropLineEnds(SpectrumRecord& record) {
 
 }  // namespace
 
-ImportResult ImportCompound(const CompoundImport& import) {
+ImportResult ImportCompound(const CompoundImport& import, const support::Disk& disk) {
     ImportResult result;
-    result.path = TargetOf(import);
-    const auto elements = OpenElementTableFile(ElementTablePath(import.appLocation));
+    result.path = TargetOf(import, disk);
+    const auto elements = OpenElementTableFile(ElementTablePath(import.appLocation), disk);
     std::vector<SpectrumRecord> records;
-    for (const std::string& file : SpectrumFiles(import.from))
-        for (SpectrumRecord& record : ReadSpectrumFile(file)) {
+    for (const std::string& file : SpectrumFiles(import.from, disk))
+        for (SpectrumRecord& record : ReadSpectrumFile(file, disk)) {
             if (records.size() == maximumSpectra)
                 FailImport(record.path, record.line,
                            "is one spectrum too many, at most " + std::to_string(maximumSpectra) + " are imported");
@@ -112,10 +112,9 @@ ImportResult ImportCompound(const CompoundImport& import) {
     result.binned = BinSpectra(result.ion);
     result.fitted = FitBreakdown(result.ion, result.binned, *elements);
 
-    if (!import.toFolder.empty()) support::CreateFolders(import.toFolder);
-    support::WholeFileWriter writer(result.path);
-    support::WriteWholeFile(writer.TemporaryPath(), CompoundFileText(result.ion, result.fitted));
-    Compound readBack = LoadCompound(writer.TemporaryPath(), *elements);
+    if (!import.toFolder.empty()) support::CreateFolders(import.toFolder, disk);
+    support::WholeFileWriter writer(result.path, CompoundFileText(result.ion, result.fitted), disk);
+    Compound readBack = LoadCompound(writer.TemporaryPath(), *elements, disk);
     writer.Commit();
     result.curves = DeviationOf(readBack, result);
     result.leftOut = LeaveOneOut(readBack.breakdown);

@@ -6,6 +6,7 @@
 
 #include "orvanel/import/BreakdownFit.h"
 #include "orvanel/import/MeasuredIon.h"
+#include "support/Disk.h"
 
 namespace orvanel {
 
@@ -38,7 +39,7 @@ struct ImportResult {
 /// Makes a compound file from spectra of one ion at several collision energies. The file is read back before it is put
 /// in place, and is never written over another one.
 /// @throws ports::HostError naming file and line; support::FileError when the file cannot be written
-ImportResult ImportCompound(const CompoundImport& import);
+ImportResult ImportCompound(const CompoundImport& import, const support::Disk& disk = support::SystemDisk());
 
 /// The text of a compound file: an ion, its measured breakdown and its tree, with comments that say where all comes
 /// from.

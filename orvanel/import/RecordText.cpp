@@ -47,10 +47,10 @@ void FailImport(const std::string& path, int line, const std::string& text) {
                                                    support::Excerpt(text, longestMessageBytes));
 }
 
-std::vector<std::string> ReadTextLines(const std::string& path) {
+std::vector<std::string> ReadTextLines(const std::string& path, const support::Disk& disk) {
     std::string text;
     try {
-        text = support::ReadWholeFile(path, sizeLimit);
+        text = support::ReadWholeFile(path, sizeLimit, disk);
     } catch (const support::FileError& error) {
         throw ports::HostError(spectrumFileFaulty, error.what());
     }

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "orvanel/import/SpectrumRecord.h"
+#include "support/Disk.h"
 
 namespace orvanel {
 
@@ -15,7 +16,7 @@ inline constexpr std::size_t maximumPeaks = 50000;
 /// The lines of a text file in UTF-8, without their ends (LF, CR LF or CR). Bytes that are not UTF-8 are read as
 /// Latin-1, a byte order mark is dropped.
 /// @throws ports::HostError above 32 MiB, on UTF-16, and on bytes that no text has
-std::vector<std::string> ReadTextLines(const std::string& path);
+std::vector<std::string> ReadTextLines(const std::string& path, const support::Disk& disk);
 
 /// Reads the whole number of peaks that a record announces. @throws ports::HostError
 std::size_t ReadPeakCount(const std::string& path, int line, const std::string& text);

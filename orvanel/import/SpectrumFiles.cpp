@@ -1,7 +1,9 @@
 #include <string_view>
 
+#include "orvanel/FileFailure.h"
 #include "orvanel/import/RecordText.h"
 #include "orvanel/import/SpectrumReaders.h"
+#include "orvanel/instrument/InstrumentErrors.h"
 #include "support/Files.h"
 #include "support/Paths.h"
 #include "support/Text.h"
@@ -16,8 +18,8 @@ bool IsSpectrumFile(const std::string& name) {
 
 }  // namespace
 
-std::vector<SpectrumRecord> ReadSpectrumFile(const std::string& path) {
-    const auto lines = ReadTextLines(path);
+std::vector<SpectrumRecord> ReadSpectrumFile(const std::string& path, const support::Disk& disk) {
+    const auto lines = ReadTextLines(path, disk);
     for (std::size_t i = 0; i < lines.size(); ++i) {
         const std::string_view line = support::Trim(lines[i]);
         if (line.empty()) continue;
@@ -32,15 +34,15 @@ std::vector<SpectrumRecord> ReadSpectrumFile(const std::string& path) {
     FailImport(path, 0, "is empty");
 }
 
-std::vector<std::string> SpectrumFiles(const std::vector<std::string>& filesAndFolders) {
+std::vector<std::string> SpectrumFiles(const std::vector<std::string>& filesAndFolders, const support::Disk& disk) {
     std::vector<std::string> files;
     for (const std::string& path : filesAndFolders) {
-        if (!support::FolderExists(path)) {
+        if (!AsHostError(spectrumFileFaulty, [&] { return support::FolderExists(path, disk); })) {
             files.push_back(path);
             continue;
         }
         const std::size_t before = files.size();
-        for (const std::string& name : support::FilesIn(path))
+        for (const std::string& name : AsHostError(spectrumFileFaulty, [&] { return support::FilesIn(path, disk); }))
             if (IsSpectrumFile(name)) files.push_back(support::JoinPath(path, name));
         if (files.size() == before) FailImport(path, 0, "the folder holds no .txt and no .msp file");
     }

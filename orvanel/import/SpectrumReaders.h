@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "orvanel/import/SpectrumRecord.h"
+#include "support/Disk.h"
 
 namespace orvanel {
 
@@ -17,10 +18,12 @@ std::vector<SpectrumRecord> ReadMspSpectra(const std::string& path, const std::v
 
 /// All spectra of a file of either format, told apart by the first line that is not blank.
 /// @throws ports::HostError naming file and line
-std::vector<SpectrumRecord> ReadSpectrumFile(const std::string& path);
+std::vector<SpectrumRecord> ReadSpectrumFile(const std::string& path,
+                                             const support::Disk& disk = support::SystemDisk());
 
 /// The files to read: those named, and of each folder its .txt and .msp files, sorted by name.
 /// @throws ports::HostError when there is none or too many
-std::vector<std::string> SpectrumFiles(const std::vector<std::string>& filesAndFolders);
+std::vector<std::string> SpectrumFiles(const std::vector<std::string>& filesAndFolders,
+                                       const support::Disk& disk = support::SystemDisk());
 
 }  // namespace orvanel

@@ -27,8 +27,8 @@ bool HasPrefix(const std::string& text, std::string_view prefix) {
 
 class CompoundReader {
   public:
-    CompoundReader(const std::string& path, ports::ElementTable& elements)
-        : file_(path, compoundFileFaulty), elements_(elements) {
+    CompoundReader(const std::string& path, ports::ElementTable& elements, const support::Disk& disk)
+        : file_(path, compoundFileFaulty, disk), elements_(elements) {
         compound_.name = support::FileNameOf(path);
         if (support::ToUpper(compound_.name).ends_with(".INI")) compound_.name.resize(compound_.name.size() - 4);
     }
@@ -207,8 +207,8 @@ class CompoundReader {
 
 }  // namespace
 
-Compound LoadCompound(const std::string& path, ports::ElementTable& elements) {
-    return CompoundReader(path, elements).Read();
+Compound LoadCompound(const std::string& path, ports::ElementTable& elements, const support::Disk& disk) {
+    return CompoundReader(path, elements, disk).Read();
 }
 
 }  // namespace orvanel

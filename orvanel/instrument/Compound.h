@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "ports/ElementTable.h"
+#include "support/Disk.h"
 
 namespace orvanel {
 
@@ -71,6 +72,7 @@ struct SprayedCompound {
 /// @param path a compound file (docs/compounds.md)
 /// @param elements isotope masses, to check formulas against m/z values
 /// @throws ports::HostError naming file, line and key: unknown node, cycle in the tree, missing m/z, ...
-Compound LoadCompound(const std::string& path, ports::ElementTable& elements);
+Compound LoadCompound(const std::string& path, ports::ElementTable& elements,
+                      const support::Disk& disk = support::SystemDisk());
 
 }  // namespace orvanel

@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 
+#include "orvanel/FileFailure.h"
 #include "orvanel/instrument/InstrumentErrors.h"
 #include "orvanel/instrument/StrictIni.h"
 #include "ports/HostError.h"
@@ -155,8 +156,8 @@ void ReadParameterLimits(StrictIni& file, InstrumentModel& model) {
 
 }  // namespace
 
-InstrumentModel LoadInstrumentModel(const std::string& path) {
-    StrictIni file(path, modelFileFaulty);
+InstrumentModel LoadInstrumentModel(const std::string& path, const support::Disk& disk) {
+    StrictIni file(path, modelFileFaulty, disk);
     InstrumentModel model;
     ReadIdentity(file, model);
     model.quadrupoleMz = ReadLimits(file, "Quadrupole", "Mz", anyMz);
@@ -170,18 +171,12 @@ InstrumentModel LoadInstrumentModel(const std::string& path) {
     return model;
 }
 
-std::map<std::int32_t, InstrumentModel> LoadInstrumentModels(const std::string& folder) {
+std::map<std::int32_t, InstrumentModel> LoadInstrumentModels(const std::string& folder, const support::Disk& disk) {
     std::map<std::int32_t, InstrumentModel> models;
-    std::vector<std::string> names;
-    try {
-        names = support::FilesIn(folder);
-    } catch (const support::FileError& error) {
-        throw ports::HostError(modelFileFaulty, error.what());
-    }
-    for (const std::string& name : names) {
+    for (const std::string& name : AsHostError(modelFileFaulty, [&] { return support::FilesIn(folder, disk); })) {
         if (!support::ToUpper(name).ends_with(".INI")) continue;
         const std::string path = support::JoinPath(folder, name);
-        InstrumentModel model = LoadInstrumentModel(path);
+        InstrumentModel model = LoadInstrumentModel(path, disk);
         const std::int32_t code = model.code;
         if (!models.emplace(code, std::move(model)).second)
             throw ports::HostError(modelFileFaulty, path + ": Another model of this folder has the code " +

@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "support/Disk.h"
+
 namespace orvanel {
 
 struct ScanRateStep {
@@ -109,10 +111,11 @@ struct InstrumentModel {
 
 /// @param path a model file (docs/formats.md)
 /// @throws ports::HostError naming file, line and key
-InstrumentModel LoadInstrumentModel(const std::string& path);
+InstrumentModel LoadInstrumentModel(const std::string& path, const support::Disk& disk = support::SystemDisk());
 
 /// Every model of a folder by its code. @throws ports::HostError
-std::map<std::int32_t, InstrumentModel> LoadInstrumentModels(const std::string& folder);
+std::map<std::int32_t, InstrumentModel> LoadInstrumentModels(const std::string& folder,
+                                                             const support::Disk& disk = support::SystemDisk());
 
 /// @return the step that belongs to a rate's text, or null when the model does not offer it
 const ScanRateStep* FindScanRate(const InstrumentModel& model, int scanType, const std::string& rateText);

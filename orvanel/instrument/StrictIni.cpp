@@ -21,10 +21,11 @@ std::string Range(const Limits& allowed) {
 
 }  // namespace
 
-StrictIni::StrictIni(const std::string& path, std::int32_t errorNumber) : path_(path), errorNumber_(errorNumber) {
+StrictIni::StrictIni(const std::string& path, std::int32_t errorNumber, const support::Disk& disk)
+    : path_(path), errorNumber_(errorNumber) {
     std::string text;
     try {
-        text = support::ReadWholeFile(path, sizeLimit);
+        text = support::ReadWholeFile(path, sizeLimit, disk);
     } catch (const support::FileError& error) {
         throw ports::HostError(errorNumber, error.what());
     }

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "orvanel/instrument/InstrumentModel.h"
+#include "support/Disk.h"
 #include "support/IniDocument.h"
 
 namespace orvanel {
@@ -22,7 +23,7 @@ class StrictIni {
     using Section = support::IniDocument::Section;
 
     /// @param errorNumber of every error that this file gives
-    StrictIni(const std::string& path, std::int32_t errorNumber);
+    StrictIni(const std::string& path, std::int32_t errorNumber, const support::Disk& disk);
 
     const std::vector<Section>& Sections() const { return document_.Sections(); }
     /// @throws ports::HostError when it is missing

@@ -1,5 +1,6 @@
 #include "orvanel/methods/MethodPorts.h"
 
+#include "orvanel/FileFailure.h"
 #include "orvanel/HostErrorNumbers.h"
 #include "orvanel/instrument/Simulator.h"
 #include "orvanel/methods/ExperimentPorts.h"
@@ -114,8 +115,10 @@ class AcquisitionMethodHandle : public ports::AcquisitionMethod {
             Fail(path, "the name of a method ends in .xmt");
         if (const std::string problem = support::FileNameProblem(name); !problem.empty())
             Fail(path, "the name of a method " + problem);
-        if (!support::FolderExists(support::FolderOf(path))) Fail(path, "its folder does not exist, create it first");
-        if (!overwrite && support::FileExists(path)) Fail(path, "the file exists already and must not be overwritten");
+        if (!Exists(support::FolderExists, support::FolderOf(path)))
+            Fail(path, "its folder does not exist, create it first");
+        if (!overwrite && Exists(support::FileExists, path))
+            Fail(path, "the file exists already and must not be overwritten");
         WriteMethodFile(path, method_->document, disk_);
         method_->unsavedChanges = false;
     }
@@ -123,6 +126,10 @@ class AcquisitionMethodHandle : public ports::AcquisitionMethod {
   private:
     [[noreturn]] static void Fail(const std::string& path, const std::string& reason) {
         throw ports::HostError(errorNumber::methodNotSaved, "Cannot save the method as " + path + ": " + reason);
+    }
+
+    bool Exists(bool (*exists)(const std::string&, const support::Disk&), const std::string& path) const {
+        return AsHostError(errorNumber::methodNotSaved, [&] { return exists(path, disk_); });
     }
 
     MethodPtr method_;

@@ -28,7 +28,7 @@ std::optional<KeyAndName> SplitPath(std::string_view path) {
 
 std::optional<std::string> RegistryFile::Read(std::string_view valuePath) const {
     const auto split = SplitPath(valuePath);
-    if (!split || !support::FileExists(path_)) return std::nullopt;
+    if (!split || !support::FileExists(path_, disk_)) return std::nullopt;
     try {
         return support::IniDocument::Parse(support::ReadWholeFile(path_, sizeLimit, disk_))
             .Value(split->key, split->name);
@@ -42,7 +42,8 @@ bool RegistryFile::Write(std::string_view valuePath, const std::string& value) c
         const auto split = SplitPath(valuePath);
         if (!split) return false;
         const auto lock = support::LockForSaving(path_);
-        const std::string text = support::FileExists(path_) ? support::ReadWholeFile(path_, sizeLimit, disk_) : "";
+        const std::string text =
+            support::FileExists(path_, disk_) ? support::ReadWholeFile(path_, sizeLimit, disk_) : "";
         const std::string changed = support::WithIniValue(text, split->key, split->name, value);
         if (changed != text) support::WriteWholeFile(path_, changed, disk_);
         return true;

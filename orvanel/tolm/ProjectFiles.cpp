@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "orvanel/FileFailure.h"
 #include "orvanel/HostErrorNumbers.h"
 #include "ports/HostError.h"
 #include "support/FileNames.h"
@@ -41,11 +42,12 @@ void CheckDataFileName(const std::string& name) {
                                    "that ends in .vesk");
 }
 
-ProjectFiles::ProjectFiles(const std::string& path, const std::string& name) : parent_(support::NativePath(path)) {
+ProjectFiles::ProjectFiles(const std::string& path, const std::string& name, const support::Disk& disk)
+    : parent_(support::NativePath(path)), disk_(disk) {
     if (parent_.empty() || !support::IsPortableName(name))
         throw ports::HostError(errorNumber::projectNotFound, "\"" + path + name + "\" is no path of a project");
     folder_ = support::JoinPath(parent_, name);
-    if (!support::FolderExists(folder_))
+    if (!AsHostError(errorNumber::projectNotFound, [&] { return support::FolderExists(folder_, disk_); }))
         throw ports::HostError(errorNumber::projectNotFound, "There is no project folder " + folder_);
 }
 
@@ -55,7 +57,7 @@ std::string ProjectFiles::FindMethod(const std::string& methodFileName) const {
                                                 support::JoinPath(parent_, methodsFolder), folder_};
     for (const auto& folder : folders) {
         std::string path = support::JoinPath(folder, methodFileName);
-        if (support::FileExists(path)) return path;
+        if (AsHostError(errorNumber::methodNotFound, [&] { return support::FileExists(path, disk_); })) return path;
     }
     throw ports::HostError(errorNumber::methodNotFound, "There is no method " + methodFileName + " in " + folders[0] +
                                                             ", " + folders[1] + " or " + folders[2]);
@@ -63,13 +65,17 @@ std::string ProjectFiles::FindMethod(const std::string& methodFileName) const {
 
 std::string ProjectFiles::DataFile(const std::string& dataFileName) const {
     CheckDataFileName(dataFileName);
+    return AsHostError(errorNumber::badDataFile, [&] { return LocatedDataFile(dataFileName); });
+}
+
+std::string ProjectFiles::LocatedDataFile(const std::string& dataFileName) const {
     std::string data = support::JoinPath(folder_, "Data");
-    if (!support::FolderExists(data)) data = support::JoinPath(parent_, "Data");
+    if (!support::FolderExists(data, disk_)) data = support::JoinPath(parent_, "Data");
     std::string path = support::NativePath(support::JoinPath(data, dataFileName));
-    if (!support::FolderExists(support::FolderOf(path)))
+    if (!support::FolderExists(support::FolderOf(path), disk_))
         throw ports::HostError(errorNumber::badDataFile,
                                "The folder of data file " + path + " does not exist, create it first");
-    if (!support::IsWithin(support::FolderOf(path), data))
+    if (!support::IsWithin(support::FolderOf(path), data, disk_))
         throw ports::HostError(errorNumber::badDataFile,
                                "The folder of data file " + path +
                                    " lies behind a link that leads out of the project's data, "
@@ -77,14 +83,10 @@ std::string ProjectFiles::DataFile(const std::string& dataFileName) const {
     return path;
 }
 
-std::string ProjectFiles::BatchFile(const std::string& batchFileName, const support::Disk& disk) const {
+std::string ProjectFiles::BatchFile(const std::string& batchFileName) const {
     CheckFileName(errorNumber::badBatch, "batch", batchFileName, ".xbt");
     const std::string folder = support::JoinPath(folder_, "Batch");
-    try {
-        support::CreateFolders(folder, disk);
-    } catch (const support::FileError& error) {
-        throw ports::HostError(errorNumber::batchNotSaved, error.what());
-    }
+    AsHostError(errorNumber::batchNotSaved, [&] { support::CreateFolders(folder, disk_); });
     return support::JoinPath(folder, batchFileName);
 }
 

@@ -22,7 +22,8 @@ class ProjectFiles {
     /// @param path the folder that holds the project
     /// @param name the project's folder name
     /// @throws ports::HostError when there is no such project
-    ProjectFiles(const std::string& path, const std::string& name);
+    /// @param disk must outlive this
+    ProjectFiles(const std::string& path, const std::string& name, const support::Disk& disk);
 
     const std::string& Folder() const { return folder_; }
 
@@ -34,11 +35,15 @@ class ProjectFiles {
     /// data
     std::string DataFile(const std::string& dataFileName) const;
     /// The file's path in the project's "Batch" folder, which is created. @throws ports::HostError
-    std::string BatchFile(const std::string& batchFileName, const support::Disk& disk) const;
+    std::string BatchFile(const std::string& batchFileName) const;
 
   private:
+    /// @throws ports::HostError, support::FileError
+    std::string LocatedDataFile(const std::string& dataFileName) const;
+
     std::string parent_;
     std::string folder_;
+    const support::Disk& disk_;
 };
 
 }  // namespace orvanel

@@ -54,7 +54,7 @@ std::string TolmServiceImpl::TolmLogon(const std::string& userName, const std::s
 void TolmServiceImpl::TolmSelectProject(const std::string& session, const std::string& projectPath,
                                         const std::string& projectName) {
     Session& found = FindSession(session);
-    found.project.emplace(ProjectFiles(projectPath, projectName));
+    found.project.emplace(projectPath, projectName, disk_);
     actions_.projectSelected(projectPath, projectName);
 }
 
@@ -86,7 +86,7 @@ void TolmServiceImpl::TolmSubmitBatch(const std::string& session, ports::TolmBat
                                                                   samples.back().dataFilePath + ", rename one");
         }
     }
-    WriteBatchFile(project.BatchFile(record.name, disk_), record, disk_);
+    WriteBatchFile(project.BatchFile(record.name), record, disk_);
     for (auto& sample : samples)
         actions_.enqueue(std::move(sample));
 }
@@ -95,7 +95,7 @@ std::string TolmServiceImpl::TolmSaveBatch(const std::string& session, const std
                                            ports::TolmBatch& batch) {
     const ProjectFiles& project = FindProject(session);
     BatchRecord record = RecordOf(batch);
-    std::string path = project.BatchFile(batchFileName, disk_);
+    std::string path = project.BatchFile(batchFileName);
     record.name = batchFileName;
     WriteBatchFile(path, record, disk_);
     return path;

@@ -63,18 +63,19 @@ TEST_F(Files, WholeFileWriterReplacesOnCommitOnly) {
     const std::string path = folder.File("a.vesk");
     WriteWholeFile(path, "old");
     {
-        const WholeFileWriter writer(path);
-        EXPECT_EQ(fs::path(writer.TemporaryPath()).parent_path(), folder.Path());
-        AppendToFile(writer.TemporaryPath(), "half");
+        const WholeFileWriter writer(path, "half");
+        EXPECT_EQ(ReadWholeFile(writer.TemporaryPath()), "half");
     }
     EXPECT_EQ(ReadWholeFile(path), "old");
     {
-        WholeFileWriter writer(path);
-        EXPECT_EQ(ErrorOf([&] { writer.Commit(); }), "Cannot write " + path + ": No such file or directory");
-        AppendToFile(writer.TemporaryPath(), "new");
-        writer.Commit();
+        WholeFileWriter first(path, "1");
+        WholeFileWriter second(path, "2");
+        second.Commit();
+        EXPECT_EQ(ReadWholeFile(path), "2");
+        AppendToFile(first.TemporaryPath(), "new");
+        first.Commit();
     }
-    EXPECT_EQ(ReadWholeFile(path), "new");
+    EXPECT_EQ(ReadWholeFile(path), "1\r\nnew");
     EXPECT_EQ(FilesIn(folder.Path()), std::vector<std::string>{"a.vesk"});
 }
 

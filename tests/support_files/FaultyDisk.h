@@ -5,13 +5,30 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
 #include "support/Disk.h"
 
 /// What a disk can be asked.
-enum class DiskCall { Open, Create, Size, Read, Write, CutTo, Flush, Close, Rename, FlushFolder, Remove, MakeFolder };
+enum class DiskCall {
+    Status,
+    List,
+    RealPath,
+    Open,
+    Create,
+    Size,
+    Read,
+    Write,
+    CutTo,
+    Flush,
+    Close,
+    Rename,
+    FlushFolder,
+    Remove,
+    MakeFolder
+};
 
 enum class DiskFault {
     InputOutput,  ///< "Input/output error", and nothing was done
@@ -22,8 +39,9 @@ enum class DiskFault {
 };
 
 inline const char* Name(DiskCall call) {
-    constexpr const char* names[] = {"open",  "create", "size",   "read",         "write",  "cut",
-                                     "flush", "close",  "rename", "flush folder", "remove", "make folder"};
+    constexpr const char* names[] = {"status", "list",   "real path",    "open",   "create",
+                                     "size",   "read",   "write",        "cut",    "flush",
+                                     "close",  "rename", "flush folder", "remove", "make folder"};
     return names[static_cast<int>(call)];
 }
 
@@ -53,8 +71,7 @@ inline bool CanHappen(DiskFault fault, DiskCall call) {
     return false;
 }
 
-/// The system's disk, which keeps what it was asked and fails when it is told to. Flushes are only noted: nobody cuts
-/// the power here, and they take most of a run's time.
+/// The system's disk, which keeps what it was asked and fails when it is told to.
 class FaultyDisk : public support::Disk {
   public:
     enum class Times { Once, FromThenOn };
@@ -72,17 +89,30 @@ class FaultyDisk : public support::Disk {
     /// Those that have failed, also because the system's disk did.
     const std::vector<DiskOperation>& Failed() const { return state_->failed; }
 
+    support::PathStatus Status(const std::string& path) const override {
+        return Ask(DiskCall::Status, path, [&] { return support::SystemDisk().Status(path); });
+    }
+    std::vector<support::FolderEntry> List(const std::string& path) const override {
+        return Ask(DiskCall::List, path, [&] { return support::SystemDisk().List(path); });
+    }
+    std::string RealPath(const std::string& path) const override {
+        return Ask(DiskCall::RealPath, path, [&] { return support::SystemDisk().RealPath(path); });
+    }
     std::unique_ptr<support::OpenFile> Open(const std::string& path, OpenFor purpose) const override {
         std::unique_ptr<support::OpenFile> file;
-        state_->Perform({purpose == OpenFor::Replacing ? DiskCall::Create : DiskCall::Open, path},
-                        [&] { file = support::SystemDisk().Open(path, purpose); });
+        state_->Perform({DiskCall::Open, path}, [&] { file = support::SystemDisk().Open(path, purpose); });
         return std::make_unique<File>(std::move(file), path, *state_);
+    }
+    std::unique_ptr<support::OpenFile> Create(const std::string& path) const override {
+        std::unique_ptr<support::OpenFile> file;
+        state_->Perform({DiskCall::Create, path}, [&] { file = support::SystemDisk().Create(path); });
+        return file ? std::make_unique<File>(std::move(file), path, *state_) : nullptr;
     }
     void Rename(const std::string& from, const std::string& to) const override {
         state_->Perform({DiskCall::Rename, to}, [&] { support::SystemDisk().Rename(from, to); });
     }
     void FlushFolder(const std::string& path) const override {
-        state_->Perform({DiskCall::FlushFolder, path}, [] {});
+        state_->Perform({DiskCall::FlushFolder, path}, [&] { support::SystemDisk().FlushFolder(path); });
     }
     void Remove(const std::string& path) const override {
         state_->Perform({DiskCall::Remove, path}, [&] { support::SystemDisk().Remove(path); });
@@ -163,7 +193,7 @@ class FaultyDisk : public support::Disk {
             state_.Perform({DiskCall::CutTo, path_}, [&] { file_->CutTo(size); });
         }
         void Flush() override {
-            state_.Perform({DiskCall::Flush, path_}, [] {});
+            state_.Perform({DiskCall::Flush, path_}, [&] { file_->Flush(); });
         }
         void Close() override {
             state_.Perform({DiskCall::Close, path_}, [&] { file_->Close(); });
@@ -174,6 +204,13 @@ class FaultyDisk : public support::Disk {
         std::string path_;
         State& state_;
     };
+
+    template <class Question>
+    std::invoke_result_t<Question> Ask(DiskCall call, const std::string& path, Question question) const {
+        std::invoke_result_t<Question> answer{};
+        state_->Perform({call, path}, [&] { answer = question(); });
+        return answer;
+    }
 
     // The disk itself is handed around as constant.
     std::unique_ptr<State> state_ = std::make_unique<State>();

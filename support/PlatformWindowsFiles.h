@@ -1,0 +1,18 @@
+#pragma once
+
+#ifdef _WIN32
+
+#define NOMINMAX
+#define WIN32_LEAN_AND_MEAN
+#include <windows.h>
+
+#include <string>
+
+namespace support {
+
+/// In English and the same as elsewhere where the system's number has a portable meaning.
+std::string WindowsErrorText(DWORD error);
+
+}  // namespace support
+
+#endif
