@@ -27,6 +27,7 @@ class HostCalls {
 
     /// Told before every call, and before it can fail.
     std::function<void(const std::string& text)> beforeCall;
+    std::vector<std::function<void(const std::string& text)>> witnesses;  ///< told the same before that
     std::vector<std::string> texts;
 
     /// Lets a call of the operation throw the error, whatever its type.
@@ -43,6 +44,7 @@ class HostCalls {
     int FiredCount() const { return fired_; }
     /// How many texts there were when the first one did, its own included.
     std::size_t FirstFiredAt() const { return firstFiredAt_; }
+    std::function<void()> onFirstFired;
     /// No more faults, and nothing has fired.
     void Mend() {
         faults_.clear();
@@ -82,7 +84,7 @@ class HostCalls {
         } else {
             Result result = body();
             ++succeeded_[operation];
-            if (std::is_copy_constructible_v<Result>) valued_.insert(operation);
+            (std::is_copy_constructible_v<Result> ? valued_ : handles_).insert(operation);
             if (garbage == Garbage::None) return result;
             if constexpr (std::is_copy_constructible_v<Result>) {
                 if (garbage == Garbage::Frozen) {
@@ -99,6 +101,8 @@ class HostCalls {
     /// Records something that cannot fail.
     void Note(const std::string& text) {
         texts.push_back(text);
+        for (const auto& witness : witnesses)
+            witness(text);
         if (beforeCall) beforeCall(text);
     }
     void Released(const std::string& kind) noexcept { texts.push_back("~" + kind); }
@@ -122,6 +126,7 @@ class HostCalls {
     }
     /// Whether the operation, called at least once, answers more than a handle.
     bool AnswersAValue(const std::string& operation) const { return valued_.contains(operation); }
+    bool AnswersAHandle(const std::string& operation) const { return handles_.contains(operation); }
     void Forget() {
         texts.clear();
         succeeded_.clear();
@@ -137,7 +142,9 @@ class HostCalls {
     };
 
     void HasFired() {
-        if (++fired_ == 1) firstFiredAt_ = texts.size();
+        if (++fired_ > 1) return;
+        firstFiredAt_ = texts.size();
+        if (onFirstFired) onFirstFired();
     }
 
     template <class Keeps>
@@ -170,6 +177,7 @@ class HostCalls {
     std::map<std::string, int> succeeded_;
     std::map<std::string, std::any> frozen_;
     std::set<std::string> valued_;
+    std::set<std::string> handles_;
     Garbage spoils_ = Garbage::None;
     int fired_ = 0;
     std::size_t firstFiredAt_ = 0;

@@ -1,8 +1,11 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <memory>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "run/InstrumentCheck.h"
 #include "tests/support_files/WholeRun.h"
@@ -36,6 +39,7 @@ class ShortRun : public WholeRun {
                     .runClock = setup.runClock},
                    setup.project ? setup.project : CreateProject(setup.modelCode)) {
         calls.Forget();
+        Witness();
         display.onPump = [this] {
             clock.Sleep(msPerLook);
             if (onPump) onPump();
@@ -52,7 +56,24 @@ class ShortRun : public WholeRun {
     double msPerLook = usualMsPerLook;  ///< by which the clock goes on while events are processed
     std::function<void()> onPump;       ///< what the user does meanwhile
 
+    /// The files of every acquisition that has been waited for, by their full paths, as they were then.
+    std::map<std::string, std::string> finished;
+    /// Batches that were submitted although the user had been told of a failure.
+    int submittedAfterFailure = 0;
+    /// What was logged when the first call failed or answered garbage; all of it when none has.
+    std::vector<std::string> LinesBeforeFault() const;
+    /// Everything is about to start again.
+    void ForgetWhatWasSeen() {
+        finished.clear();
+        submittedAfterFailure = 0;
+        linesBeforeFault_.reset();
+    }
+
   private:
+    void Witness();
+    void RememberFilesOf(const std::string& acquisition);
+    std::optional<std::size_t> linesBeforeFault_;
+
     static void Shorten(veltra::clsInfo_Settings& shortened) {
         shortened.Advanced_ERScanRate = shortened.Advanced_EPIScanRate = shortened.Advanced_MS3ScanRate = "10000";
         shortened.Advanced_ERCycles = 1;

@@ -110,8 +110,10 @@ void RunSpoiltAt(const Reference& reference, const CallPoint& point, Garbage gar
     if (outcome == ShortRun::Outcome::InstrumentRefused) {
         EXPECT_EQ(point.operation, "IsLinearIonTrap");
     } else {
-        ExpectPromises(run, outcome, {.operation = point.operation, .phase = point.phase, .keepsFiles = false},
-                       reference);
+        Fault fault{.operation = point.operation, .phase = point.phase, .keepsFiles = false};
+        // A handle that is missing is told as such where it is used.
+        if (garbage == Garbage::Nothing && reference.AnswersAHandle(point.operation)) fault.words = {" (Error 91: "};
+        ExpectPromises(run, outcome, fault, reference);
     }
     if (runsAgain) ExpectNextRun(run, reference);
     sweep.Count(std::string(garbageNames[static_cast<int>(garbage)]) + ": " + OutcomeText(outcome));

@@ -23,9 +23,13 @@ struct Reference {
 
     std::vector<CallPoint> points;
     std::map<std::string, std::string> files;  ///< of the project, without log and report
-    int looks = 0;                             ///< at waiting events
+    std::vector<std::string> log;              ///< the texts of its lines
+    int acquisitions = 0;
+    int looks = 0;  ///< at waiting events
     bool AnswersAValue(const std::string& operation) const { return valued.contains(operation); }
+    bool AnswersAHandle(const std::string& operation) const { return handles.contains(operation); }
     std::set<std::string> valued;
+    std::set<std::string> handles;
 };
 
 /// How the user is told of a fault.
