@@ -83,6 +83,7 @@ class ExperimentHandle : public ports::Experiment {
         MassRangeRecord range;
         range.compoundParameters = TableForNewRanges(experiment);
         experiment.massRanges.push_back(std::move(range));
+        experiment.newRangeParameters.clear();  // from here on the first range's table is what further ones start with
         place_.MarkChanged();
         return HostGetMassRangeCount() - 1;
     }

@@ -96,6 +96,7 @@ TEST_F(MethodPorts, ResetsKeepTheFirstRangesTableForNewRangesAndTheCycles) {
     const auto saved = Saved().experiments[0];
     EXPECT_EQ(saved.firstPrecursor, 0);
     EXPECT_EQ(saved.secondPrecursor, 0);
+    EXPECT_TRUE(saved.newRangeParameters.empty()) << "another scan's, once there is a range";
     const auto expected = MethodForTests().MassSpec()->periods[0].experiments[0].massRanges[0].compoundParameters;
     for (const auto& range : saved.massRanges)
         EXPECT_EQ(range.compoundParameters, expected);
