@@ -14,10 +14,10 @@ namespace veltra {
 /// " (Error N: text)." of a failure: the host's own number and text where it reported one.
 std::string ErrorSuffix(const std::exception_ptr& error);
 
-/// Runs the body. Whatever it throws is a failure, but for ports::RunTornDown: that unwinds on.
+/// Runs the body. Whatever it throws is a failure, except ports::RunTornDown, which passes through.
 /// @return the failure's ErrorSuffix, or nothing when there was none
 template <class Body>
-std::optional<std::string> FailureOf(Body&& body) {
+[[nodiscard]] std::optional<std::string> FailureOf(Body&& body) {
     try {
         body();
         return std::nullopt;
@@ -26,6 +26,13 @@ std::optional<std::string> FailureOf(Body&& body) {
     } catch (...) {
         return ErrorSuffix(std::current_exception());
     }
+}
+
+/// Runs the body like FailureOf and drops its failure.
+/// @param reason why nobody has to know of it, for the reader of the call
+template <class Body>
+void IgnoreFailure([[maybe_unused]] const char* reason, Body&& body) {
+    static_cast<void>(FailureOf(std::forward<Body>(body)));
 }
 
 /// A handle that the host has given, or should have. @throws support::RunTimeError when it is none

@@ -19,8 +19,7 @@ float Mirrored(float value) {
 }  // namespace
 
 clsAcquire::clsAcquire(RunState& runState) : runState_(runState) {
-    // Without the service the load fails, and that is where callers look.
-    FailureOf([&] {
+    IgnoreFailure("without the service the load fails, which is where callers look", [&] {
         if (runState.hostApplication) service_ = runState.hostApplication->GetAcquisitionService();
     });
 }
@@ -33,8 +32,8 @@ void clsAcquire::OpenMethod(const std::string& path) {
     period_.reset();
     massSpecMethod_.reset();
     method_.reset();
-    // The message names the file; what is wrong with it does not matter to a run that cannot use it.
-    FailureOf([&] { method_ = Required(service_).HostOpenMethod(path); });
+    IgnoreFailure("the message below names the file, and no run can use it whatever is wrong with it",
+                  [&] { method_ = Required(service_).HostOpenMethod(path); });
     if (!method_) Fail("Acquire: Error loading " + path + ".  Invalid acquisition method.");
 }
 
@@ -124,14 +123,16 @@ void clsAcquire::Step4a_SetScanRate(double dblScanRate) {
 
 int clsAcquire::EnsureMassRange() {
     auto& experiment = Required(experiment_);
-    if (experiment.HostGetMassRangeCount() < 1) experiment.HostAddMassRange();
-    return experiment.HostGetMassRangeCount();
+    const int count = experiment.HostGetMassRangeCount();
+    if (count < 1) experiment.HostAddMassRange();
+    return count;
 }
 
 void clsAcquire::Step4b_SetDwellTime(double dblDwellTime) {
     Step(
         [&] {
-            const int count = EnsureMassRange();
+            int count = EnsureMassRange();
+            if (count < 1) count = experiment_->HostGetMassRangeCount();
             for (int i = 0; i < count; ++i)
                 Required(experiment_->HostGetMassRange(i)).HostSetDwellTime(dblDwellTime);
         },

@@ -56,7 +56,7 @@ class clsAcquire : public HostWrapper {
     void OpenMethod(const std::string& path);
     void FindMassSpecMethod();
     void CheckOperatingMode();
-    /// @return the number of mass ranges, at least 1
+    /// Adds a mass range where there is none. @return how many there were
     int EnsureMassRange();
 
     RunState& runState_;

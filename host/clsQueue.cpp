@@ -23,20 +23,25 @@ bool IsKnown(std::int16_t status) {
 clsQueue::clsQueue(RunState& runState) : runState_(runState) {
     try {
         queueServer_ = runState.host.HostQueueServer();
+        Required(queueServer_);
     } catch (...) {
-        creationError_ = std::current_exception();  // told by StartQueue, which needs the server
+        creationError_ = std::current_exception();
     }
 }
 
 clsQueue::~clsQueue() = default;
 
+void clsQueue::CheckCreation() const {
+    if (creationError_) std::rethrow_exception(creationError_);
+}
+
 void clsQueue::StartQueue() {
     constexpr std::int32_t settlingMs = 1000;
     Attempt(
         [&] {
-            if (creationError_) std::rethrow_exception(creationError_);
-            Required(queueServer_).HostQueuePrepare();
-            FailureOf([&] { queueServer_->HostQueueReset(); });  // there may be nothing to reset
+            CheckCreation();
+            queueServer_->HostQueuePrepare();
+            IgnoreFailure("there may be nothing to reset", [&] { queueServer_->HostQueueReset(); });
             queueServer_->HostQueueEnable();
             PumpAndPause(settlingMs);
             queueServer_->HostQueueRun();
@@ -45,10 +50,17 @@ void clsQueue::StartQueue() {
 }
 
 void clsQueue::WaitForQueueComplete(double dblExpectedTimeInMSec) {
-    Step([&] { Wait(dblExpectedTimeInMSec); }, FixedMessage("Queue: Error during wait for Queue to complete"));
+    bool announced = false;
+    Step(
+        [&] {
+            CheckCreation();
+            Wait(dblExpectedTimeInMSec, announced);
+        },
+        FixedMessage("Queue: Error during wait for Queue to complete"));
+    if (announced) runState_.display.ProgressBarEnd();
 }
 
-void clsQueue::Wait(double expectedTimeMs) {
+void clsQueue::Wait(double expectedTimeMs, bool& announced) {
     constexpr double gracePolls = 1200;
     std::int16_t status = ReadStatus();
     PumpAndPause(pollMs);
@@ -56,7 +68,6 @@ void clsQueue::Wait(double expectedTimeMs) {
     if (!IsKnown(status)) return;
 
     std::int16_t polls = 0;
-    bool announced = false;
     while (!IsEnd(status) && !runState_.AbortRequested && !ErrorOccurred()) {
         ++polls;
         if (status == Acquiring && !announced) {
@@ -73,7 +84,6 @@ void clsQueue::Wait(double expectedTimeMs) {
                 "Queue: The program timed out.  Please Exit program, equilibrate system with Acquisition Method and "
                 "restart.");
     }
-    if (announced) runState_.display.ProgressBarEnd();
 }
 
 void clsQueue::PumpAndPause(std::int32_t milliseconds) {

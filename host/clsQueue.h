@@ -13,6 +13,7 @@ namespace veltra {
 /// The host's acquisition queue: start it once a run, then wait for the sample of every acquisition.
 class clsQueue : public HostWrapper {
   public:
+    /// A queue server that the host cannot give is told by the first operation.
     explicit clsQueue(RunState& runState);
     ~clsQueue();
 
@@ -25,7 +26,10 @@ class clsQueue : public HostWrapper {
     void WaitForQueueComplete(double dblExpectedTimeInMSec);
 
   private:
-    void Wait(double expectedTimeMs);
+    /// @throws what the host threw when it was asked for its queue server
+    void CheckCreation() const;
+    /// @param announced gets whether the progress bar has been started, also when the wait fails
+    void Wait(double expectedTimeMs, bool& announced);
     void PumpAndPause(std::int32_t milliseconds);
     std::int16_t ReadStatus();
 

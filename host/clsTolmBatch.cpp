@@ -1,10 +1,11 @@
 #include "host/clsTolmBatch.h"
 
-#include "support/Platform.h"
+#include <utility>
 
 namespace veltra {
 
-clsTolmBatch::clsTolmBatch(ports::Host& host) {
+clsTolmBatch::clsTolmBatch(ports::Host& host, std::function<std::string()> currentUserName)
+    : currentUserName_(std::move(currentUserName)) {
     Step(
         [&] {
             service_ = host.TolmCreateService();
@@ -19,7 +20,7 @@ clsTolmBatch::~clsTolmBatch() {
     try {
         service_->TolmLogoff(session_);
     } catch (...) {
-        // There is nobody left to tell.
+        // A destructor has no way to tell it.
     }
 }
 
@@ -45,7 +46,9 @@ void clsTolmBatch::Step2_CreateNewTolmBatch(const std::string& strBatchFileName,
             batch_ = Required(service_).TolmNewBatch(session_);
             auto& batch = Required(batch_);
             batch.TolmSetBatchName(strBatchFileName);
-            batch.TolmSetBatchUser(GetWindowsUserName());
+            const std::string userName = GetWindowsUserName();
+            if (ErrorOccurred()) return;
+            batch.TolmSetBatchUser(userName);
             batch.TolmSetBatchText("");
             batch.TolmSetBatchProject(projectPath_ + projectName_);
             const int set = batch.TolmAddSet("SET1");
@@ -90,7 +93,7 @@ std::string clsTolmBatch::GetWindowsUserName() {
     std::string name = "Unknown";
     Step(
         [&] {
-            const std::string current = support::CurrentUserName();
+            const std::string current = currentUserName_();
             if (!current.empty()) name = current;
         },
         FixedMessage("Tolm Batch: Error getting current user name"));

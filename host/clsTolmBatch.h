@@ -1,11 +1,13 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 
 #include "host/HostWrapper.h"
 #include "ports/Host.h"
 #include "ports/TolmService.h"
+#include "support/Platform.h"
 
 namespace veltra {
 
@@ -14,7 +16,8 @@ namespace veltra {
 class clsTolmBatch : public HostWrapper {
   public:
     /// @param host must outlive the object
-    explicit clsTolmBatch(ports::Host& host);
+    /// @param currentUserName gives the name that batches carry; empty when it is not known
+    explicit clsTolmBatch(ports::Host& host, std::function<std::string()> currentUserName = support::CurrentUserName);
     /// Logs off where that is still to be done.
     ~clsTolmBatch();
 
@@ -32,6 +35,7 @@ class clsTolmBatch : public HostWrapper {
   private:
     std::string GetWindowsUserName();
 
+    std::function<std::string()> currentUserName_;
     std::unique_ptr<ports::TolmService> service_;
     std::unique_ptr<ports::TolmBatch> batch_;
     std::string session_;  ///< empty when logged off

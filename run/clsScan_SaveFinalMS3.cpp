@@ -1,7 +1,7 @@
 #include "run/clsScan_SaveFinalMS3.h"
 
-#include "scans/MethodSteps.h"
 #include "support/Files.h"
+#include "support/Paths.h"
 #include "support/modFileUtils.h"
 
 namespace veltra {
@@ -24,12 +24,11 @@ bool clsScan_SaveFinalMS3::GenerateFinalOptimalMethod(double dblFirstPrecursor, 
                      dblThirdPrecursor + halfWindow, strTemplateMethodFilePath, strNewMethodFilePath});
 }
 
-void clsScan_SaveFinalMS3::Build(clsAcquire& acquire, const FinalMethod& method, bool& isSaved) {
+void clsScan_SaveFinalMS3::Build(clsAcquire& acquire, const ScanRate& scanRate, const FinalMethod& method,
+                                 bool& isSaved) {
     constexpr std::int16_t oneScan = 1;
     constexpr bool dynamicFillTime = false;
     const auto& settings = runState_.settings;
-    const ScanRate scanRate = GetScanRate(runState_, ScanTypeCode::MS3, settings.Advanced_MS3ScanRate);
-
     acquire.Step1_Load(method.templatePath);
     acquire.Step2_InitializeMethod(static_cast<std::int16_t>(ScanTypeCode::MS3), oneScan);
     std::int32_t index = 0;
@@ -47,22 +46,35 @@ void clsScan_SaveFinalMS3::Build(clsAcquire& acquire, const FinalMethod& method,
     acquire.Step5_SaveAsNewMethod(method.newPath);
 }
 
+void clsScan_SaveFinalMS3::RemoveUnfinished(const std::string& path) {
+    const auto failure = FailureOf([&] {
+        if (support::FileExists(path)) runState_.disk.Remove(support::NativePath(path));
+    });
+    if (failure)
+        runState_.WriteLogLine("Unable to remove " + path + ", which is not finished, please delete it" + *failure);
+}
+
+bool clsScan_SaveFinalMS3::NotCreated(const FinalMethod& method, const std::string& description) {
+    runState_.WriteLogLine(description);
+    runState_.WriteLogLine("Unable to create " + support::GetFolderNameAtDepth(method.newPath, 0));
+    return false;
+}
+
 bool clsScan_SaveFinalMS3::Generate(const FinalMethod& method) {
+    const std::string unexpected = "Error during creation of the final method";
     runState_.display.MessageUpdate("Creating final acquisition methods...");
+    ScanRate scanRate;
+    if (const auto failure = FailureOf(
+            [&] { scanRate = GetScanRate(runState_, ScanTypeCode::MS3, runState_.settings.Advanced_MS3ScanRate); }))
+        return NotCreated(method, unexpected + *failure);
+
     clsAcquire acquire(runState_);
     bool isSaved = false;
-    const auto failure = FailureOf([&] { Build(acquire, method, isSaved); });
-    // The excitation time is set without error handling; on a failed object the first failure is what counts.
-    if (failure && !acquire.ErrorOccurred()) {
-        acquire.ErrorOccurred(true);
-        acquire.ErrorDescription("Error during creation of the final method" + *failure);
-    }
-    if (acquire.ErrorOccurred()) {
-        // What was saved before its range was optimised must not be taken for a final method.
-        if (isSaved) support::RemoveFileIfThere(method.newPath, runState_.disk);
-        runState_.WriteLogLine(acquire.ErrorDescription());
-        runState_.WriteLogLine("Unable to create " + support::GetFolderNameAtDepth(method.newPath, 0));
-        acquire.ResetError();
+    const auto failure = FailureOf([&] { Build(acquire, scanRate, method, isSaved); });
+    if (failure || acquire.ErrorOccurred()) {
+        // The excitation time is set without error handling; on a failed object the first failure is what counts.
+        NotCreated(method, acquire.ErrorOccurred() ? acquire.ErrorDescription() : unexpected + *failure);
+        if (isSaved) RemoveUnfinished(method.newPath);
         return false;
     }
     runState_.display.MessageUpdate("Final acquisition methods created.");

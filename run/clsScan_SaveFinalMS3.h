@@ -4,6 +4,7 @@
 
 #include "host/RunState.h"
 #include "host/clsAcquire.h"
+#include "scans/MethodSteps.h"
 
 namespace veltra {
 
@@ -33,7 +34,11 @@ class clsScan_SaveFinalMS3 {
     };
     bool Generate(const FinalMethod& method);
     /// @param isSaved gets whether there is a file, finished or not
-    void Build(clsAcquire& acquire, const FinalMethod& method, bool& isSaved);
+    void Build(clsAcquire& acquire, const ScanRate& scanRate, const FinalMethod& method, bool& isSaved);
+    /// Removes what was saved before its range was optimised: it must not be taken for a final method.
+    void RemoveUnfinished(const std::string& path);
+    /// Logs why a method could not be created. @return false
+    bool NotCreated(const FinalMethod& method, const std::string& description);
 
     RunState& runState_;
 };

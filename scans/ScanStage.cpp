@@ -35,11 +35,22 @@ void ScanStage::LogMethodNotCreated(const clsItem_FilePaths& filePaths) const {
     runState_.WriteLogLine("Unable to create " + support::GetFolderNameAtDepth(filePaths.MethodFilePath, 0));
 }
 
-bool ScanStage::Acquire(const clsItem_FilePaths& filePaths, const std::function<void(clsAcquire&)>& buildMethod) {
+bool ScanStage::Acquire(const clsItem_FilePaths& filePaths, const MethodBuild& buildMethod) {
+    return AcquireWith(filePaths, [&] { return CreateMethod(filePaths, buildMethod); });
+}
+
+bool ScanStage::AcquireTrapScan(const clsItem_FilePaths& filePaths, ScanTypeCode scanType,
+                                const std::string& strScanRate, const TrapMethodBuild& buildMethod) {
+    return AcquireWith(filePaths, [&] {
+        const ScanRate scanRate = GetScanRate(runState_, scanType, strScanRate);
+        return CreateMethod(filePaths, [&](clsAcquire& acquire) { buildMethod(acquire, scanRate); });
+    });
+}
+
+bool ScanStage::AcquireWith(const clsItem_FilePaths& filePaths, const std::function<double()>& createMethod) {
     runState_.display.MessageUpdate("Creating method and submitting batch...");
     double expectedDurationMs = 0;
-    if (!Guarded("Error during creation of the acquisition method",
-                 [&] { expectedDurationMs = CreateMethod(filePaths, buildMethod); }))
+    if (!Guarded("Error during creation of the acquisition method", [&] { expectedDurationMs = createMethod(); }))
         LogMethodNotCreated(filePaths);
     if (runState_.AbortRequested) return false;
     if (!Guarded("Error during creation and submission of the batch", [&] { CreateAndSubmitBatch(filePaths); }))
@@ -51,8 +62,7 @@ bool ScanStage::Acquire(const clsItem_FilePaths& filePaths, const std::function<
     return true;
 }
 
-double ScanStage::CreateMethod(const clsItem_FilePaths& filePaths,
-                               const std::function<void(clsAcquire&)>& buildMethod) {
+double ScanStage::CreateMethod(const clsItem_FilePaths& filePaths, const MethodBuild& buildMethod) {
     clsAcquire acquire(runState_);
     buildMethod(acquire);
     const double expectedDurationMs = acquire.GetExpectedDuration();

@@ -7,6 +7,7 @@
 #include "host/clsAcquire.h"
 #include "host/clsExplore.h"
 #include "model/clsItem_FilePaths.h"
+#include "scans/MethodSteps.h"
 
 namespace veltra {
 
@@ -21,10 +22,17 @@ class ScanStage {
     ScanStage(const ScanStage&) = delete;
     ScanStage& operator=(const ScanStage&) = delete;
 
+    using MethodBuild = std::function<void(clsAcquire&)>;
+    using TrapMethodBuild = std::function<void(clsAcquire&, const ScanRate&)>;
+
     /// Lets the given steps build the method (load LastMethodFilePath, edit, save as MethodFilePath) and acquires with
     /// it.
     /// @return false when the run is to stop; there is nothing to explore then
-    bool Acquire(const clsItem_FilePaths& filePaths, const std::function<void(clsAcquire&)>& buildMethod);
+    bool Acquire(const clsItem_FilePaths& filePaths, const MethodBuild& buildMethod);
+    /// The same for a scan of the trap, whose step the host is asked for before a method is opened.
+    /// @param strScanRate the settings' text
+    bool AcquireTrapScan(const clsItem_FilePaths& filePaths, ScanTypeCode scanType, const std::string& strScanRate,
+                         const TrapMethodBuild& buildMethod);
 
     /// Opens a data file and runs the steps on it.
     /// @return false after a failure
@@ -39,7 +47,9 @@ class ScanStage {
     RunState& runState_;
 
   private:
-    double CreateMethod(const clsItem_FilePaths& filePaths, const std::function<void(clsAcquire&)>& buildMethod);
+    /// @param createMethod gives the expected duration, ms
+    bool AcquireWith(const clsItem_FilePaths& filePaths, const std::function<double()>& createMethod);
+    double CreateMethod(const clsItem_FilePaths& filePaths, const MethodBuild& buildMethod);
     void CreateAndSubmitBatch(const clsItem_FilePaths& filePaths);
     void WaitForAcquisition(double expectedDurationMs);
     /// Runs one step; what it does not report by itself counts like a reported failure.

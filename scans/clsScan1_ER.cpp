@@ -1,22 +1,22 @@
 #include "scans/clsScan1_ER.h"
 
-#include "scans/MethodSteps.h"
 #include "support/NumberText.h"
 
 namespace veltra {
 
 std::shared_ptr<clsItem_Peak> clsScan1_ER::Scan(double dblExpectedMZ, const clsItem_FilePaths& pObjFilePathsItem) {
     expectedMz_ = dblExpectedMZ;
-    const auto build = [&](clsAcquire& acquire) { BuildMethod(acquire, pObjFilePathsItem); };
-    if (!Acquire(pObjFilePathsItem, build)) return nullptr;
+    const auto build = [&](clsAcquire& acquire, const ScanRate& scanRate) {
+        BuildMethod(acquire, scanRate, pObjFilePathsItem);
+    };
+    if (!AcquireTrapScan(pObjFilePathsItem, ScanTypeCode::ER, runState_.settings.Advanced_ERScanRate, build))
+        return nullptr;
     return ExploreGeneratedVesk(pObjFilePathsItem.VeskFilePath);
 }
 
-void clsScan1_ER::BuildMethod(clsAcquire& acquire, const clsItem_FilePaths& filePaths) {
+void clsScan1_ER::BuildMethod(clsAcquire& acquire, const ScanRate& scanRate, const clsItem_FilePaths& filePaths) {
     constexpr double halfWindowDa = 15.0;
     constexpr float transferCE = 10.0F;
-    const ScanRate scanRate = GetScanRate(runState_, ScanTypeCode::ER, runState_.settings.Advanced_ERScanRate);
-
     acquire.Step1_Load(filePaths.LastMethodFilePath);
     acquire.Step2_InitializeMethod(static_cast<std::int16_t>(ScanTypeCode::ER), scansToSum);
     std::int32_t index = 0;

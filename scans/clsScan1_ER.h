@@ -21,7 +21,7 @@ class clsScan1_ER : private ScanStage {
     std::shared_ptr<clsItem_Peak> ExploreGeneratedVesk(const std::string& strVeskFilePath);
 
   private:
-    void BuildMethod(clsAcquire& acquire, const clsItem_FilePaths& filePaths);
+    void BuildMethod(clsAcquire& acquire, const ScanRate& scanRate, const clsItem_FilePaths& filePaths);
 
     double expectedMz_ = 0;
 };

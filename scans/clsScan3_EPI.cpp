@@ -1,21 +1,23 @@
 #include "scans/clsScan3_EPI.h"
 
-#include "scans/MethodSteps.h"
+#include <utility>
 
 namespace veltra {
 
 std::optional<TopPeakCollection> clsScan3_EPI::Scan(double dblMass, float sglCE, float sglCES,
                                                     const clsItem_FilePaths& pObjFilePathsItem) {
     firstPrecursor_ = dblMass;
-    const auto build = [&](clsAcquire& acquire) { BuildMethod(acquire, sglCE, sglCES, pObjFilePathsItem); };
-    if (!Acquire(pObjFilePathsItem, build)) return std::nullopt;
+    const auto build = [&](clsAcquire& acquire, const ScanRate& scanRate) {
+        BuildMethod(acquire, scanRate, sglCE, sglCES, pObjFilePathsItem);
+    };
+    if (!AcquireTrapScan(pObjFilePathsItem, ScanTypeCode::EPI, runState_.settings.Advanced_EPIScanRate, build))
+        return std::nullopt;
     return ExploreGeneratedVesk(pObjFilePathsItem.VeskFilePath);
 }
 
-void clsScan3_EPI::BuildMethod(clsAcquire& acquire, float ce, float ces, const clsItem_FilePaths& filePaths) {
+void clsScan3_EPI::BuildMethod(clsAcquire& acquire, const ScanRate& scanRate, float ce, float ces,
+                               const clsItem_FilePaths& filePaths) {
     const auto& settings = runState_.settings;
-    const ScanRate scanRate = GetScanRate(runState_, ScanTypeCode::EPI, settings.Advanced_EPIScanRate);
-
     acquire.Step1_Load(filePaths.LastMethodFilePath);
     acquire.Step2_InitializeMethod(static_cast<std::int16_t>(ScanTypeCode::EPI), scansToSum);
     std::int32_t index = 0;
@@ -38,7 +40,6 @@ void clsScan3_EPI::BuildMethod(clsAcquire& acquire, float ce, float ces, const c
 TopPeakCollection clsScan3_EPI::ExploreGeneratedVesk(const std::string& strVeskFilePath) {
     constexpr std::int16_t noPercentageTest = -1;
     PeakCollection peaks;
-    TopPeakCollection secondPrecursors;
     const bool explored = Explore(strVeskFilePath, [&](clsExplore& explore) {
         bool percentBelowThreshold = true;
         explore.Spectrum_LoadSpectrum();
@@ -48,12 +49,17 @@ TopPeakCollection clsScan3_EPI::ExploreGeneratedVesk(const std::string& strVeskF
     });
     if (!explored) return {};
     if (peaks.empty()) StopWithoutFinding("No EPI spectrum peaks found.");
+    return RecordsOf(peaks);
+}
+
+TopPeakCollection clsScan3_EPI::RecordsOf(const PeakCollection& peaks) {
+    TopPeakCollection records;
     for (const auto& peak : peaks) {
         auto record = std::make_shared<clsItem_TopPeak>();
         record->SecondPrecursor = peak;
-        secondPrecursors.push_back(std::move(record));
+        records.push_back(std::move(record));
     }
-    return secondPrecursors;
+    return records;
 }
 
 }  // namespace veltra

@@ -24,9 +24,12 @@ class clsScan3_EPI : private ScanStage {
                                           const clsItem_FilePaths& pObjFilePathsItem);
     /// Evaluates an EPI data file that exists already, for the 1st precursor of the last Scan.
     TopPeakCollection ExploreGeneratedVesk(const std::string& strVeskFilePath);
+    /// One record a peak, in their order. Each holds the peak itself, not a copy.
+    static TopPeakCollection RecordsOf(const PeakCollection& peaks);
 
   private:
-    void BuildMethod(clsAcquire& acquire, float ce, float ces, const clsItem_FilePaths& filePaths);
+    void BuildMethod(clsAcquire& acquire, const ScanRate& scanRate, float ce, float ces,
+                     const clsItem_FilePaths& filePaths);
 
     double firstPrecursor_ = 0;
 };

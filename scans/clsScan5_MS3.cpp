@@ -10,8 +10,10 @@ void clsScan5_MS3::Scan(double dblFirstPrecursor, clsItem_TopPeak& pObjTopPeakIt
     secondPrecursor_ = pObjTopPeakItem.SecondPrecursor->CentroidMass;
     rampStep_ = sglStep;
     const ParameterRamp ramp{strParamId, sglStart, sglStop, sglStep};
-    const auto build = [&](clsAcquire& acquire) { BuildMethod(acquire, ramp, pObjFilePathsItem); };
-    if (!Acquire(pObjFilePathsItem, build)) return;
+    const auto build = [&](clsAcquire& acquire, const ScanRate& scanRate) {
+        BuildMethod(acquire, scanRate, ramp, pObjFilePathsItem);
+    };
+    if (!AcquireTrapScan(pObjFilePathsItem, ScanTypeCode::MS3, runState_.settings.Advanced_MS3ScanRate, build)) return;
 
     const Findings findings = ExploreVesk(pObjFilePathsItem.VeskFilePath);
     pObjTopPeakItem.MS3PeaksCollection = findings.thirdPrecursors;
@@ -20,9 +22,9 @@ void clsScan5_MS3::Scan(double dblFirstPrecursor, clsItem_TopPeak& pObjTopPeakIt
     pObjTopPeakItem.MS3PercentBelowThreshold = findings.percentBelowThreshold;
 }
 
-void clsScan5_MS3::BuildMethod(clsAcquire& acquire, const ParameterRamp& ramp, const clsItem_FilePaths& filePaths) {
+void clsScan5_MS3::BuildMethod(clsAcquire& acquire, const ScanRate& scanRate, const ParameterRamp& ramp,
+                               const clsItem_FilePaths& filePaths) {
     const auto& settings = runState_.settings;
-    const ScanRate scanRate = GetScanRate(runState_, ScanTypeCode::MS3, settings.Advanced_MS3ScanRate);
     constexpr bool dynamicFillTime = false;
 
     acquire.Step1_Load(filePaths.LastMethodFilePath);

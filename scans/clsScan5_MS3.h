@@ -36,7 +36,8 @@ class clsScan5_MS3 : private ScanStage {
         bool percentBelowThreshold = false;
         PeakCollection thirdPrecursors;
     };
-    void BuildMethod(clsAcquire& acquire, const ParameterRamp& ramp, const clsItem_FilePaths& filePaths);
+    void BuildMethod(clsAcquire& acquire, const ScanRate& scanRate, const ParameterRamp& ramp,
+                     const clsItem_FilePaths& filePaths);
     Findings ExploreVesk(const std::string& strVeskFilePath);
 
     double firstPrecursor_ = 0;

@@ -69,11 +69,12 @@ TEST(clsAcquire, AFailingLoadNamesTheFileOnceItIsOpen) {
     }
 }
 
-/// Two mass ranges, the second one without CE.
+/// Two mass ranges, the second one without CE; negative, so that what is told is seen to be what was given.
 class StepBench : public LoadedBench {
   public:
     StepBench() {
         settings.Q1Resolution = 2;
+        settings.Polarity = 1;
         fake.store.methods[starterPath].ranges.push_back({1, 2, 3, 4, {{"DP", 1.0F}}});
         Load();
     }
@@ -81,7 +82,7 @@ class StepBench : public LoadedBench {
 
 TEST(clsAcquire, StepsAskTheHostInThisOrderAndTellOfEveryFailureWithTheCallersValues) {
     const auto initialization = [](const std::string& scanType, const std::string& q1Resolution) {
-        return "HostSetScanType(" + scanType + "); HostResetExperiment(); HostSetScansToSum(3); HostSetPolarity(0); " +
+        return "HostSetScanType(" + scanType + "); HostResetExperiment(); HostSetScansToSum(3); HostSetPolarity(1); " +
                "HostSetQ1Resolution(" + q1Resolution + "); HostResetPeriodParameters()";
     };
     const std::string notInitialized = "Acquire: Error during method initialization";
@@ -104,20 +105,20 @@ TEST(clsAcquire, StepsAskTheHostInThisOrderAndTellOfEveryFailureWithTheCallersVa
           setting + "MS/MS/MS precursors to 609.25 Da and 195.1 Da"},
          {[](auto& a) { a.Step4a_SetScanRate(250.5); }, "HostSetScanRate(250.5)", setting + "scan rate to 250.5 Da/s"},
          {[](auto& a) { a.Step4b_SetDwellTime(0.06 / 1000 * 1000); },
-          "HostGetMassRangeCount(); HostGetMassRangeCount(); HostGetMassRange(0); HostSetDwellTime(0.06); "
-          "HostGetMassRange(1); HostSetDwellTime(0.06)",
+          "HostGetMassRangeCount(); HostGetMassRange(0); HostSetDwellTime(0.06); HostGetMassRange(1); "
+          "HostSetDwellTime(0.06)",
           setting + "dwell time to 0.06 msec"},
          {[](auto& a) { a.Step4c_SetCompoundParam("CE", 35.1F); },
           "HostGetMassRangeCount(); HostGetMassRange(0); HostGetParameterTable(); HostFindParameter(\"CE\"); "
-          "HostSetParameterValue(3, 35.1); HostGetMassRange(1); HostGetParameterTable(); HostFindParameter(\"CE\")",
+          "HostSetParameterValue(3, -35.1); HostGetMassRange(1); HostGetParameterTable(); HostFindParameter(\"CE\")",
           setting + "CE to 35.1"},
          {[](auto& a) { a.Step4d_SetRampingParamAndNumCycles("DP", 20, 150, 2.5F); },
-          "HostSetRampParameter(\"DP\", 20, 150, 2.5); HostSetCycles(53)",
+          "HostSetRampParameter(\"DP\", -150, -20, 2.5); HostSetCycles(53)",
           setting + "DP ramping parameter to 20 start, 150 stop, 2.5 step",
           "Acquire: Error setting the number of cycles to 53"},
-         {[](auto& a) { a.Step4e_SetSourceGasParams("GS1", -40.5F); },
-          "HostGetSourceGasTable(); HostFindParameter(\"GS1\"); HostSetParameterValue(1, -40.5)",
-          setting + "GS1 Source/Gas parameter to -40.5"},
+         {[](auto& a) { a.Step4e_SetSourceGasParams("GS1", 40.5F); },
+          "HostGetSourceGasTable(); HostFindParameter(\"GS1\"); HostSetParameterValue(1, 40.5)",
+          setting + "GS1 Source/Gas parameter to 40.5"},
          {[](auto& a) { a.Step4f_SetFillTime(true, false, 20); },
           "HostSetFixedFillTime(20); HostSetQ0Trapping(0); HostSetDynamicFillTime(1)", setting + "fill time"},
          {[](auto& a) { a.Step4f_SetFillTime(false, true, 0.5); },
@@ -170,9 +171,9 @@ TEST(clsAcquire, CyclesAreTheStepsInSinglePrecisionHalfToEvenPlusOne) {
         float start, stop, step;
         std::int32_t cycles;
     };
-    for (const auto& c :
-         {Case{20, 150, 2, 66}, Case{0, 0.4F, 0.01F, 41}, Case{0, 0.35F, 0.01F, 36}, Case{0, 100, 5, 21},
-          Case{0, 5, 2, 3}, Case{0, 7, 2, 5}, Case{-150, -20, 2, 66}, Case{100, 20, -5, -15}, Case{5, 5, 1, 1}}) {
+    for (const auto& c : {Case{20, 150, 2, 66}, Case{0, 0.4F, 0.01F, 41}, Case{0, 0.35F, 0.01F, 36},
+                          Case{0, 0.35F, 0.1F, 5}, Case{0, 100, 5, 21}, Case{0, 5, 2, 3}, Case{0, 7, 2, 5},
+                          Case{-150, -20, 2, 66}, Case{100, 20, -5, -15}, Case{5, 5, 1, 1}}) {
         SCOPED_TRACE(c.stop);
         LoadedBench bench;
         bench.Load();
@@ -222,6 +223,7 @@ TEST(clsAcquire, InitialCompoundParamsGoToInitialAndCurrentInBothPolarities) {
         bench.Load();
         bench.acquire.UpdateInitialCompoundParams();
         EXPECT_EQ(bench.acquire.ErrorDescription(), "");
+        EXPECT_EQ(bench.calls.CountOf("HostGetMassRangeCount"), 1);
         const auto& results = *bench.run.results;
         EXPECT_EQ(results.CE.Initial, polarity == 1 ? -35.0F : 35.0F);
         EXPECT_EQ(results.DP.Initial, -50.0F);

@@ -46,6 +46,18 @@ TEST(clsExplore, CreatesItsDataObjectsAtOnceAndTellsOfAFailureLater) {
     }
 }
 
+TEST(clsExplore, TheChromatogramIsGivenItsFileFirst) {
+    ExploreBench bench;
+    bench.calls.Fail("ExploreSetDataFile", RunBench::hostError, 2);
+    clsExplore explore(bench.host);
+    explore.Initialize(dataFile);
+    explore.ResetError();
+    explore.Chrom_LoadTIC();
+    EXPECT_EQ(explore.ErrorDescription(), "");
+    explore.Spectrum_LoadCycleDependentSpectrum(1);
+    EXPECT_TRUE(explore.ErrorOccurred()) << "it has no file";
+}
+
 TEST(clsExplore, TheOptimumIsTheXOfTheHighestPoint) {
     struct Case {
         Points points;
@@ -155,13 +167,13 @@ TEST(clsExplore, TheHighestPeakStepsDownToTheMonoisotopicOne) {
         ExploreBench bench;
         bench.fake.data.spectra["cycle 1"].peaks = c.peaks;
         for (auto& peak : bench.fake.data.spectra["cycle 1"].peaks)
-            peak.centroidShiftDa = 0.015625;  // exact
+            peak.centroidShiftDa = 0.5;  // so far that a step down from there would find another peak
         bench.explore.Spectrum_LoadCycleDependentSpectrum(1);
         const auto peak = bench.explore.Spectrum_GetHighestPeakInRange(c.mass, c.tolerance);
         EXPECT_EQ(bench.calls.Only({"ExplorePeakList"}).front(), "ExplorePeakList(\"" + dataFile + "\", 1)");
         ASSERT_EQ(peak != nullptr, c.expectedMass != 0);
         if (!peak) continue;
-        EXPECT_EQ(peak->CentroidMass, c.expectedMass + 0.015625);
+        EXPECT_EQ(peak->CentroidMass, c.expectedMass + 0.5);
         EXPECT_TRUE(HasPeak(c.peaks, c.expectedMass, peak->CentroidIntensity));
     }
 }
@@ -204,6 +216,10 @@ TEST(clsExplore, TopPeaksAreMonoisotopicOutsideTheWindowAndMostIntenseFirst) {
         SCOPED_TRACE(c.name);
         ExploreBench bench;
         bench.fake.data.spectra["cycle 1"].peaks = c.peaks;
+        for (auto& peak : bench.fake.data.spectra["cycle 1"].peaks) {
+            peak.centroidShiftDa = 64;  // the table's m/z are those of the centroids, which alone count
+            peak.mz -= peak.centroidShiftDa;
+        }
         bench.explore.Spectrum_LoadCycleDependentSpectrum(1);
         bool below = !c.below;
         const auto top = bench.explore.Spectrum_GetTopPeaks(c.wanted, c.excluded, c.tolerance, c.threshold, below);

@@ -124,12 +124,13 @@ TEST(clsQueue, APollLimitOfMoreThan16BitsIsTheWaitsError) {
     struct Case {
         double expectedMs;
         std::string description;
+        const char* status = "4";
     };
-    for (const auto& c : {Case{3156749, ""}, Case{3156750, overflow}, Case{3156800, overflow}, Case{3276700, overflow},
-                          Case{3276750, overflow}, Case{1e300, overflow}}) {
+    for (const auto& c : {Case{3156749, ""}, Case{3156750, overflow}, Case{3156750, overflow, "0"},
+                          Case{3276700, overflow}, Case{3276750, overflow}, Case{1e300, overflow}}) {
         SCOPED_TRACE(c.expectedMs);
         RunBench bench;
-        bench.fake.queueStatuses = {"4"};
+        bench.fake.queueStatuses = {c.status};
         clsQueue queue(bench.run);
         queue.WaitForQueueComplete(c.expectedMs);
         EXPECT_EQ(queue.ErrorDescription(), c.description);
@@ -161,7 +162,7 @@ TEST(clsQueue, AnAbortInAnEventPumpEndsTheWaitWithoutError) {
     }
 }
 
-TEST(clsQueue, AStatusThatCannotBeReadIsNoErrorButAFailingPauseIs) {
+TEST(clsQueue, AStatusThatCannotBeReadIsNoErrorButAMissingServerAndAFailingPauseAre) {
     RunBench bench;
     bench.fake.queueStatuses = {"2", "2", "4"};
     bench.calls.Fail("RegRead", RunBench::hostError, 2);  // waited through
@@ -176,12 +177,28 @@ TEST(clsQueue, AStatusThatCannotBeReadIsNoErrorButAFailingPauseIs) {
     EXPECT_EQ(unreadable.calls.CountOf("RegRead"), 1);
     EXPECT_EQ(queue.ErrorDescription() + other.ErrorDescription(), "");
 
-    unreadable.calls.Fail("HostSleep", RunBench::hostError);
-    other.WaitForQueueComplete(60000);
-    EXPECT_EQ(other.ErrorDescription(), "Queue: Error during wait for Queue to complete" + RunBench::errorSuffix);
-    unreadable.calls.Forget();
-    other.WaitForQueueComplete(60000);
-    EXPECT_THAT(unreadable.calls.Operations(), ElementsAre()) << "a failed object does not wait";
+    const std::string failure = "Queue: Error during wait for Queue to complete";
+    for (const auto& [operation, progress] : {std::pair{"HostQueueServer", std::size_t{0}}, {"HostSleep", 3}}) {
+        RunBench failing;
+        failing.fake.queueStatuses = {"3"};
+        failing.calls.Fail(operation, RunBench::hostError, progress == 0 ? 1 : 2);
+        clsQueue waiting(failing.run);
+        EXPECT_EQ(waiting.ErrorDescription(), "");
+        waiting.WaitForQueueComplete(60000);
+        EXPECT_EQ(waiting.ErrorDescription(), failure + RunBench::errorSuffix);
+        EXPECT_EQ(failing.display.calls.size(), progress);
+        if (progress > 0) {
+            EXPECT_EQ(failing.display.calls.back(), "ProgressBarEnd()") << "a bar that was started is ended";
+        }
+        failing.calls.Forget();
+        waiting.WaitForQueueComplete(60000);
+        EXPECT_THAT(failing.calls.Operations(), ElementsAre()) << "a failed object does not wait";
+    }
+    RunBench noServer;
+    noServer.calls.Spoil("HostQueueServer", Garbage::Nothing);
+    clsQueue none(noServer.run);
+    none.WaitForQueueComplete(60000);
+    EXPECT_EQ(none.ErrorDescription(), failure + " (Error 91: Object variable or With block variable not set).");
 }
 
 }  // namespace

@@ -4,7 +4,6 @@
 
 #include <stdexcept>
 
-#include "support/Platform.h"
 #include "tests/host/StepTable.h"
 
 namespace {
@@ -18,7 +17,8 @@ struct BatchBench {
     FakeHost fake;
     HostCalls calls;
     ObservedHost host{fake, calls};
-    clsTolmBatch batch{host};
+    std::function<std::string()> userName = [] { return "Ann"; };
+    clsTolmBatch batch{host, [this] { return userName(); }};
 
     void LogOn() {
         batch.Step1_TolmLogon("C:\\Projects\\", "P1");
@@ -74,17 +74,15 @@ TEST(clsTolmBatch, ABatchHasOneSetWithOneSampleAndEveryFailureIsTold) {
                                                                 "TolmLogon(\"\", \"\", \"\", \"\", \"Veltra\"); "
                                                                 "TolmSelectProject(\"session1\", \"E:\\\", \"P\")",
                                                                 "Tolm Batch: Error during Tolm logon"}});
-    const std::string current = support::CurrentUserName();
     ExpectSteps<SubmitBench, clsTolmBatch>(
         &SubmitBench::batch,
         {{[](auto& b) { b.Step2_CreateNewTolmBatch("C_ER_609.3.xbt", "C_ER_609.3.xmt", "Run\\C_ER_609.3.vesk"); },
-          "TolmNewBatch(\"session1\"); TolmSetBatchName(\"C_ER_609.3.xbt\"); TolmSetBatchUser(\"" +
-              (current.empty() ? "Unknown" : current) +
-              "\"); TolmSetBatchText(\"\"); TolmSetBatchProject(\"C:\\Projects\\P1\"); TolmAddSet(\"SET1\"); "
-              "TolmSetSetAcquisitionMethod(3, \"C_ER_609.3.xmt\"); TolmSetSetProcessingMethod(3, \"none\"); "
-              "TolmAddSample(3); TolmSetSampleDataFile(3, 7, \"Run\\C_ER_609.3.vesk\"); "
-              "TolmSetSampleField(3, 7, SampleName, \"N/A\"); TolmSetSampleField(3, 7, SampleId, \"N/A\"); "
-              "TolmSetSampleField(3, 7, RackPosition, \"0\")",
+          "TolmNewBatch(\"session1\"); TolmSetBatchName(\"C_ER_609.3.xbt\"); TolmSetBatchUser(\"Ann\"); "
+          "TolmSetBatchText(\"\"); TolmSetBatchProject(\"C:\\Projects\\P1\"); TolmAddSet(\"SET1\"); "
+          "TolmSetSetAcquisitionMethod(3, \"C_ER_609.3.xmt\"); TolmSetSetProcessingMethod(3, \"none\"); "
+          "TolmAddSample(3); TolmSetSampleDataFile(3, 7, \"Run\\C_ER_609.3.vesk\"); "
+          "TolmSetSampleField(3, 7, SampleName, \"N/A\"); TolmSetSampleField(3, 7, SampleId, \"N/A\"); "
+          "TolmSetSampleField(3, 7, RackPosition, \"0\")",
           "Tolm Batch: Error during creation of new Tolm Batch"},
          {[](auto& b) { b.Step3a_SubmitTolmBatch(); }, "TolmSubmitBatch(\"session1\")",
           "Tolm Batch: Error submitting Tolm Batch"},
@@ -94,6 +92,19 @@ TEST(clsTolmBatch, ABatchHasOneSetWithOneSampleAndEveryFailureIsTold) {
           },
           "TolmSaveBatch(\"session1\", \"k.xbt\")", "Tolm Batch: Error saving Tolm Batch k.xbt"},
          {[](auto& b) { b.Step4_TolmLogoff(); }, "TolmLogoff(\"session1\")", "Tolm Batch: Error during Tolm logoff"}});
+}
+
+TEST(clsTolmBatch, AUserNameThatIsNotKnownIsUnknownAndOneThatFailsEndsTheBatch) {
+    BatchBench bench;
+    bench.LogOn();
+    bench.userName = [] { return ""; };
+    bench.batch.Step2_CreateNewTolmBatch("a.xbt", "a.xmt", "a.vesk");
+    EXPECT_THAT(bench.calls.Only({"TolmSetBatchUser"}), ElementsAre("TolmSetBatchUser(\"Unknown\")"));
+    bench.calls.Forget();
+    bench.userName = []() -> std::string { throw RunBench::hostError; };
+    bench.batch.Step2_CreateNewTolmBatch("a.xbt", "a.xmt", "a.vesk");
+    EXPECT_EQ(bench.batch.ErrorDescription(), "Tolm Batch: Error getting current user name" + suffix);
+    EXPECT_THAT(bench.calls.Operations(), ElementsAre("TolmNewBatch(\"session1\")", "TolmSetBatchName(\"a.xbt\")"));
 }
 
 TEST(clsTolmBatch, AFailedObjectStillReleasesItsBatchAndWorksAgainAfterAReset) {
@@ -106,10 +117,13 @@ TEST(clsTolmBatch, AFailedObjectStillReleasesItsBatchAndWorksAgainAfterAReset) {
     bench.calls.Forget();
     bench.batch.Step3c_ClearTolmBatch();
     EXPECT_THAT(bench.calls.texts, ElementsAre("~TolmBatch"));
-    bench.batch.ResetError();
-    bench.batch.Step4_TolmLogoff();
-    EXPECT_EQ(bench.batch.ErrorDescription(), "");
-    EXPECT_THAT(bench.calls.Operations(), ElementsAre("TolmLogoff(\"session1\")"));
+    bench.calls.Fail("TolmLogoff", RunBench::hostError);
+    for (const std::string& told : {"Tolm Batch: Error during Tolm logoff" + suffix, std::string()}) {
+        bench.batch.ResetError();
+        bench.batch.Step4_TolmLogoff();
+        EXPECT_EQ(bench.batch.ErrorDescription(), told);
+    }
+    EXPECT_THAT(bench.calls.Operations(), ElementsAre("TolmLogoff(\"session1\")", "TolmLogoff(\"session1\")"));
 }
 
 TEST(clsTolmBatch, ACreationThatFailsIsKept) {

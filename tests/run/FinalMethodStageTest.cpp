@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include "support/Files.h"
 #include "tests/run/StageBench.h"
+#include "tests/support_files/TempFolder.h"
 
 namespace {
 
@@ -118,55 +120,27 @@ TEST(FinalMethodStage, MostIntenseFirstPeakIsTheOptimalPath) {
     }
 }
 
-/// The steps of one method, from the template to the second save.
-std::string StepsOf(const std::string& path, const std::string& massRange, bool setsExcitationTime) {
-    const std::string save = "; HostSaveMethodAs(\"" + path + "\", true)";
-    return "HostOpenMethod(\"" + template_ +
-           "\"); HostSetScanType(13); HostResetExperiment(); HostSetScansToSum(1); HostResetPeriodParameters(); "
-           "HostSetMassRange(" +
-           massRange +
-           ", 0.12); HostSetFirstPrecursor(609.2969); HostSetSecondPrecursor(195.125); "
-           "HostSetScanRate(4000); HostSetDwellTime(0.03); HostSetFixedFillTime(20); HostSetQ0Trapping(1); "
-           "HostSetDynamicFillTime(0)" +
-           save + "; HostOpenMethod(\"" + path + "\"); HostOptimizeMassRange()" +
-           (setsExcitationTime ? "; HostSetExcitationTime(25)" : "") + save;
+/// The calls that tell the two methods apart.
+std::string CallsFor(const std::string& path, const std::string& massRange) {
+    const std::string save = "HostSaveMethodAs(\"" + path + "\", true)";
+    return "HostOpenMethod(\"" + template_ + "\"); HostSetMassRange(" + massRange + ", 0.06); " + save +
+           "; HostOpenMethod(\"" + path + "\"); " + save;
 }
 
 TEST(FinalMethodStage, BuildsTheMethodsFromTheLastAcquiredOne) {
-    for (const std::int32_t modelCode : {27, 26, 14}) {
-        SCOPED_TRACE(modelCode);
-        FinalMethodBench bench;
-        bench.UseModel(modelCode, modelCode == 27);
-        bench.settings.Advanced_MS3ScanRate = "4000 Da/s";
-        auto& record = bench.AddOptimised(195.125, {5});
-        veltra::RunFinalMethodStage(bench.frame);
-        bench.ExpectReported({}, {heading, final195});
-
-        EXPECT_EQ(Joined(bench.calls.Only(
-                      {"HostOpenMethod", "HostSetScanType", "HostResetExperiment", "HostSetScansToSum",
-                       "HostResetPeriodParameters", "HostSetMassRange", "HostSetFirstPrecursor",
-                       "HostSetSecondPrecursor", "HostSetScanRate", "HostSetDwellTime", "HostSetFixedFillTime",
-                       "HostSetQ0Trapping", "HostSetDynamicFillTime", "HostSaveMethodAs", "HostOptimizeMassRange",
-                       "HostSetExcitationTime", "HostSetRampParameter", "HostSetCycles", "TolmSubmitBatch"})),
-                  StepsOf(final195, "50, 200.125", modelCode == 26) + "; " +
-                      StepsOf(optimal195, "150, 170", modelCode == 26));
-        const Texts messages{"MessageUpdate(Creating final acquisition methods...)",
-                             "MessageUpdate(Final acquisition methods created.)"};
-        EXPECT_EQ(CallsOf(bench.display, {"MessageUpdate"}),
-                  (Texts{messages[0], messages[1], messages[0], messages[1]}));
-        EXPECT_EQ(record.FinalMS3Method, final195);
-        EXPECT_EQ(bench.run.results->OptimalMS3Method, optimal195);
-        const FakeMethod& method = bench.Method(final195);
-        EXPECT_EQ(method.ranges.size(), 1U);
-        EXPECT_EQ(method.ranges[0].stop, 200) << "clipped by the host";
-        const float cep = modelCode == 27 ? 32.0F : FakeMethod().ranges[0].Value("CEP");
-        EXPECT_EQ(
-            method.ranges[0].parameters,
-            (FakeMethod::Parameters{{"DP", 70}, {"EP", 8.5F}, {"CEP", cep}, {"CE", 40}, {"CES", 0}, {"AF2", 20}}));
-        EXPECT_EQ(method.cycles, 51);
-        EXPECT_EQ(method.ramp, std::nullopt);
-        EXPECT_EQ(method.excitationTimeMs, modelCode == 26 ? 25 : 0);
-    }
+    FinalMethodBench bench;
+    auto& record = bench.AddOptimised(195.125, {5});
+    veltra::RunFinalMethodStage(bench.frame);
+    bench.ExpectReported({}, {heading, final195});
+    EXPECT_EQ(Joined(bench.calls.Only({"HostOpenMethod", "HostSetMassRange", "HostSaveMethodAs", "TolmSubmitBatch"})),
+              CallsFor(final195, "50, 200.125") + "; " + CallsFor(optimal195, "150, 170"));
+    const Texts messages{"MessageUpdate(Creating final acquisition methods...)",
+                         "MessageUpdate(Final acquisition methods created.)"};
+    EXPECT_EQ(CallsOf(bench.display, {"MessageUpdate"}), (Texts{messages[0], messages[1], messages[0], messages[1]}));
+    EXPECT_EQ(record.FinalMS3Method, final195);
+    EXPECT_EQ(bench.run.results->OptimalMS3Method, optimal195);
+    EXPECT_EQ(bench.Method(final195).cycles, 51);
+    EXPECT_EQ(bench.Method(final195).ranges.at(0).stop, 200) << "clipped by the host";
 }
 
 TEST(FinalMethodStage, UsesTheOptimaOfThePrecursorThatAMethodIsFor) {
@@ -195,6 +169,28 @@ TEST(FinalMethodStage, SaysWhichMethodIsMissing) {
     EXPECT_EQ(record.FinalMS3Method, "\\" + unable);
     EXPECT_FALSE(bench.run.AbortRequested);
     EXPECT_TRUE(bench.fake.store.methods.contains(optimal195));
+}
+
+TEST(FinalMethodStage, AnUnfinishedMethodGoesAndOneThatDoesNotIsNamed) {
+    for (const bool canBeRemoved : {true, false}) {
+        const TempFolder folder;
+        FinalMethodBench bench;
+        bench.settings.StarterMethodFilePath = folder.File("Start.xmt");
+        bench.AddOptimised(195.125, {5});
+        const std::string name = "C_FinalMS3_195.125.xmt";
+        const std::string path = folder.File(name);
+        support::WriteWholeFile(path, "as it was saved first");
+        bench.calls.Fail("HostSaveMethodAs", RunBench::hostError, 2);
+        if (!canBeRemoved) bench.disk.Fail(DiskFault::InputOutput, 1, FaultyDisk::Times::Once);
+        veltra::RunFinalMethodStage(bench.frame);
+        Texts log{heading, "Acquire: Error during saving of " + path + RunBench::errorSuffix,
+                  "Unable to create " + name};
+        if (!canBeRemoved)
+            log.push_back("Unable to remove " + path +
+                          ", which is not finished, please delete it (Error 51: Input/output error).");
+        bench.ExpectReported({}, log);
+        EXPECT_EQ(support::FileExists(path), !canBeRemoved);
+    }
 }
 
 /// Setting the excitation time of a method that was never loaded fails too; what is told is the first failure.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <deque>
+#include <functional>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -19,7 +20,10 @@ class RecordedMessageBoxes : public ports::MessageBoxes {
         }
     };
 
-    void Show(const std::string& strText, ports::MessageIcon icon) override { shown.push_back({strText, icon}); }
+    void Show(const std::string& strText, ports::MessageIcon icon) override {
+        shown.push_back({strText, icon});
+        if (onShow) onShow(shown.back());
+    }
     bool AskYesNo(const std::string& strQuestion) override {
         questions.push_back(strQuestion);
         if (answers.empty()) return false;
@@ -29,6 +33,7 @@ class RecordedMessageBoxes : public ports::MessageBoxes {
     }
 
     std::vector<Box> shown;
+    std::function<void(const Box& box)> onShow;  ///< told as each is shown
     std::vector<std::string> questions;
     std::deque<bool> answers;
 };

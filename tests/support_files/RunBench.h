@@ -9,6 +9,7 @@
 #include "host/RunState.h"
 #include "host/clsTolmBatch.h"
 #include "tests/support_files/FakeHost.h"
+#include "tests/support_files/FaultyDisk.h"
 #include "tests/support_files/FixedClock.h"
 #include "tests/support_files/ObservedHost.h"
 #include "tests/support_files/RecordedDisplay.h"
@@ -39,6 +40,7 @@ class RunBench {
         run.scans = std::make_unique<veltra::clsInfo_Scans>();
         run.InstrumentModelCode = fake.modelCode;
         fake.store.methods[starterPath] = FakeMethod();
+        boxes.onShow = [this](const auto& box) { ExpectNotLogged(box.text); };
         calls.Forget();
     }
     ~RunBench() { ExpectReported({}, {}); }
@@ -58,6 +60,11 @@ class RunBench {
         display.log.clear();
         boxes.questions.clear();
     }
+    /// A box is shown before its text is logged.
+    void ExpectNotLogged(const std::string& text) const {
+        for (const auto& line : display.log)
+            EXPECT_FALSE(line.ends_with(text)) << line;
+    }
     /// The display's calls stand between the host's from now on.
     void JoinDisplayWithHostCalls() {
         display.onCall = [this](const std::string& text) { calls.Note(text); };
@@ -75,5 +82,6 @@ class RunBench {
     NoFolderChooser chooser;
     FixedClock clock;
     veltra::clsInfo_Settings settings{"/nowhere/Veltra.ini"};
-    veltra::RunState run{{host, display, boxes, chooser, clock}, settings};
+    FaultyDisk disk;
+    veltra::RunState run{{host, display, boxes, chooser, clock, disk}, settings};
 };

@@ -29,8 +29,9 @@ constexpr Beginning beginnings[] = {
     {"TolmLogoff", "Tolm Batch: Error during Tolm logoff"},
     {"TolmSubmitBatch", "Tolm Batch: Error submitting Tolm Batch"},
     {"Tolm", "Tolm Batch: Error during creation of new Tolm Batch"},
+    {"HostQueueServer", "Queue: Error "},  // when the queue starts, or while it is waited for
     {"HostQueue", "Queue: Error starting Queue"},
-    {"CreatePause", "Queue: Error "},  // when the queue starts, or while it is waited for
+    {"CreatePause", "Queue: Error "},  // the same
     {"HostSleep", "Queue: Error "},
     {"CreateInstrumentHelper", "Error during creation of the "},  // acquisition or final method
     {"GetStepSizeForScanRate", "Error during creation of the "},
@@ -105,7 +106,6 @@ constexpr Exception exceptions[] = {
     {Phase::Run, "GetAcquisitionService", 0, Telling::Box, ".xmt.  Invalid acquisition method.", "The same"},
     {Phase::Run, "HostOpenMethod", 0, Telling::Box, ".xmt.  Invalid acquisition method.", "The same"},
     {Phase::Run, "HostQueueReset", 0, Telling::Silent, "", "There may be nothing to reset"},
-    {Phase::Run, "HostQueueServer", 1, Telling::Silent, "", "A wait reads the status and needs no server"},
     {Phase::Run, "RegRead", 0, Telling::Whatever, "", "A status that cannot be read counts as 0: not the end"},
     {Phase::FinalMethods, "TolmLogoff", 0, Telling::Warning, "", "The run has ended already"},
     {Phase::FinalMethods, "GetAcquisitionService", 0, Telling::LogLine, ".xmt.  Invalid acquisition method.",
