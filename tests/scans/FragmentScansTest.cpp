@@ -22,26 +22,6 @@ TopPeakCollection Fragments(const Masses& masses) {
     return records;
 }
 
-TEST(clsScan3_EPI, TheMethodIsOptimisedAfterASaveAndGetsItsCyclesThen) {
-    ScanBench bench;
-    bench.settings.Advanced_EPIMassStart = 225.1F;
-    bench.settings.Advanced_EPICycles = 9;
-    bench.fake.data.chromatograms["TIC"] = {{1}, {1}};
-    bench.fake.data.spectra["time"].peaks = {{195, 5, 5}};
-    EXPECT_TRUE(clsScan3_EPI(bench.run).Scan(609.281, 40, 15, bench.paths));
-    EXPECT_EQ(bench.calls.Only({"GetStepSizeForScanRate"}).front(), "GetStepSizeForScanRate(27, 11, \"1000\")");
-    EXPECT_THAT(bench.calls.Only({"HostSetMassRange", "HostSaveMethodAs", "HostOptimizeMassRange", "HostSetCycles"}),
-                testing::ElementsAre("HostSetMassRange(225.100006103516, 1000, 0.06)",
-                                     "HostSaveMethodAs(\"" + bench.paths.MethodFilePath + "\", true)",
-                                     "HostOptimizeMassRange()", "HostSetCycles(9)",
-                                     "HostSaveMethodAs(\"" + bench.paths.MethodFilePath + "\", true)"));
-    const FakeMethod& method = bench.Method();
-    EXPECT_EQ(bench.MethodFacts(), "11 3 2 609.281 0 1000 9");
-    EXPECT_FALSE(method.ramp);
-    EXPECT_EQ(method.ranges.at(0).stop, bench.fake.store.highestMassDa) << "the optimised range is what is acquired";
-    EXPECT_DOUBLE_EQ(method.ranges[0].dwellTimeMs, 0.06);
-}
-
 TEST(clsScan3_EPI, SecondPrecursorsAreTheHighestPeaksOutsideFiveDaAroundTheFirst) {
     // The first precursor is 600; its window leaves out what lies within 2.5 Da.
     const std::vector<FakePeak> spectrum{{195, 50, 5}, {597.4, 20, 5}, {597.6, 99, 5}, {600, 100, 5}, {602.5, 30, 5}};
@@ -70,27 +50,8 @@ TEST(clsScan3_EPI, SecondPrecursorsAreTheHighestPeaksOutsideFiveDaAroundTheFirst
         if (c.masses.empty()) bench.ExpectReported({{nothing, MessageIcon::None}}, {nothing});
         EXPECT_EQ(bench.Graphs(enumVeltraScanType::EPI), (Graphs{{225, 226}}));
     }
-}
-
-TEST(clsScan4_MRM, TheMethodHoldsATransitionToEverySecondPrecursorInOrder) {
-    for (const auto& fragments : {Masses{195.1, 448.2, 174.5}, Masses{}}) {
-        ScanBench bench;
-        bench.settings.Advanced_MRMDwellTime = 50;
-        auto records = Fragments(fragments);
-        clsScan4_MRM(bench.run).Scan(609.281, records, "CE", 5, 80, 5, bench.paths);
-        EXPECT_FALSE(bench.run.AbortRequested);
-        const FakeMethod& method = bench.Method();
-        EXPECT_EQ(bench.MethodFacts(), "4 3 2 0 0 0 16");
-        EXPECT_EQ(method.ramp, (FakeMethod::Ramp{"CE", 5, 80, 5}));
-        std::vector<Masses> transitions, expected;
-        for (const auto& range : method.ranges)
-            transitions.push_back({range.start, range.stop, range.step, range.dwellTimeMs});
-        for (const double mass : fragments)
-            expected.push_back({609.281, 0, mass, 50});
-        if (expected.empty()) expected.push_back({0, 0, 0, 50});  // the builder's own, for the dwell time
-        EXPECT_EQ(transitions, expected);
-        EXPECT_EQ(bench.calls.CountOf("ExploreLoadXICOverlay"), static_cast<int>(fragments.size()));
-    }
+    const auto peak = std::make_shared<clsItem_Peak>();
+    EXPECT_EQ(clsScan3_EPI::RecordsOf({peak}).at(0)->SecondPrecursor, peak) << "itself, not a copy";
 }
 
 TEST(clsScan4_MRM, EachTransitionsApexIsRoundedHalfToEvenAndAMissingOneIsNoFailure) {
@@ -110,6 +71,11 @@ TEST(clsScan4_MRM, EachTransitionsApexIsRoundedHalfToEvenAndAMissingOneIsNoFailu
     }
     EXPECT_EQ(bench.Graphs(enumVeltraScanType::MRM), (Graphs{{30, 34.5}, {35.5, 40}, {30, 50}, {-30.5, -25.5}}));
     EXPECT_EQ(bench.calls.CountOf("ExploreSmooth"), 8);
+
+    TopPeakCollection none;
+    clsScan4_MRM(bench.run).Scan(609.281, none, "CE", 5, 80, 5, bench.paths);
+    EXPECT_EQ(bench.Graphs(enumVeltraScanType::MRM), Graphs());
+    EXPECT_EQ(bench.calls.CountOf("ExploreLoadXICOverlay"), 4);
 }
 
 TEST(clsScan4_MRM, AFailureKeepsTheChromatogramsSoFarAndLeavesLaterRecordsAlone) {
@@ -127,31 +93,6 @@ TEST(clsScan4_MRM, AFailureKeepsTheChromatogramsSoFarAndLeavesLaterRecordsAlone)
     EXPECT_FALSE(records[1]->CEWasOptimized);
     EXPECT_EQ(records[2]->OptimizedCE, 77);
     EXPECT_EQ(bench.Graphs(enumVeltraScanType::MRM), (Graphs{{30, 40}}));
-}
-
-TEST(clsScan5_MS3, TheMethodFillsTheTrapForAFixedTimeAndIsOptimisedAfterASave) {
-    for (const bool q0Trapping : {false, true}) {
-        for (const int polarity : {0, 1}) {
-            ScanBench bench;
-            bench.settings.Polarity = polarity;
-            bench.settings.Advanced_MS3UseQ0Trapping = q0Trapping;
-            bench.settings.Advanced_MS3FixedFillTime = 20.5;
-            const auto records = Fragments({448.2});
-            clsScan5_MS3(bench.run).Scan(609.281, *records[0], "AF2", 0, 0.4F, 0.01F, bench.paths);
-            EXPECT_EQ(bench.calls.Only({"GetStepSizeForScanRate"}).front(), "GetStepSizeForScanRate(27, 13, \"1000\")");
-            const FakeMethod& method = bench.Method();
-            EXPECT_EQ(bench.MethodFacts(), "13 3 2 609.281 448.2 1000 41");
-            EXPECT_EQ(method.ramp, (FakeMethod::Ramp{"AF2", 0, 0.4F, 0.01F})) << "never mirrored";
-            EXPECT_EQ(bench.calls.CountOf("HostSetCycles"), 1);
-            EXPECT_EQ(method.fixedFillTimeMs, 20.5);
-            EXPECT_EQ(method.q0Trapping, q0Trapping ? 1 : 0);
-            EXPECT_EQ(method.dynamicFillTime, 0);
-            ASSERT_EQ(method.ranges.size(), 1U);
-            const auto& range = method.ranges[0];
-            EXPECT_EQ(Masses({range.start, range.stop, range.step}), Masses({100, 950, 0.06}));
-            EXPECT_DOUBLE_EQ(range.dwellTimeMs, 0.06);
-        }
-    }
 }
 
 TEST(clsScan5_MS3, ThirdPrecursorsComeFromTheCycleThatLeavesFivePercent) {

@@ -11,31 +11,6 @@ using ports::enumVeltraScanType;
 using ports::MessageIcon;
 using Graphs = std::vector<std::vector<double>>;
 
-TEST(clsScan1_ER, TheMethodCoversThirtyDaAroundTheExpectedMass) {
-    struct Case {
-        const char* scanRate;
-        double rate, stepDa;
-    };
-    for (const auto& c : {Case{"1000", 1000, 0.06}, Case{"4000 Da/s", 4000, 0.12}}) {
-        ScanBench bench;
-        bench.settings.Advanced_ERScanRate = c.scanRate;
-        bench.settings.Advanced_ERCycles = 7;
-        bench.fake.data.spectra["time"].peaks = {{609.3, 5, 5}};
-        bench.fake.data.chromatograms["TIC"] = {{1}, {1}};
-        EXPECT_NE(clsScan1_ER(bench.run).Scan(609.3, bench.paths), nullptr);
-        EXPECT_EQ(bench.calls.Only({"GetStepSizeForScanRate"}).front(),
-                  std::string("GetStepSizeForScanRate(27, 12, \"") + c.scanRate + "\")");
-        const FakeMethod& method = bench.Method();
-        EXPECT_EQ(bench.MethodFacts(), "12 3 3 0 0 " + support::GeneralText(c.rate) + " 7");
-        EXPECT_FALSE(method.ramp);
-        ASSERT_EQ(method.ranges.size(), 1U);
-        EXPECT_DOUBLE_EQ(method.ranges[0].start, 594.3);
-        EXPECT_DOUBLE_EQ(method.ranges[0].stop, 624.3);
-        EXPECT_EQ(method.ranges[0].step, c.stepDa);
-        EXPECT_DOUBLE_EQ(method.ranges[0].dwellTimeMs, c.stepDa / c.rate * 1000);
-    }
-}
-
 TEST(clsScan1_ER, TheParentIsTheHighestPeakWithinOneDa) {
     const std::string nothing = "No peaks found within 608.3 - 610.3 Da mass range of ER spectrum.";
     struct Case {
@@ -56,30 +31,6 @@ TEST(clsScan1_ER, TheParentIsTheHighestPeakWithinOneDa) {
         EXPECT_EQ(bench.run.AbortRequested, c.mass == 0);
         if (c.mass == 0) bench.ExpectReported({{nothing, MessageIcon::None}}, {nothing});
         EXPECT_EQ(bench.Graphs(enumVeltraScanType::ER), (Graphs{{600, 601}}));
-    }
-}
-
-TEST(clsScan2_Q1MI, TheMethodHoldsOneMassAndTheRamp) {
-    struct Case {
-        std::string id, rampedId;
-        int polarity;
-        FakeMethod::Ramp ramp;
-    };
-    for (const auto& c : {Case{"DP", "DP", 0, {"DP", 20, 150, 2}}, Case{"EP", "EP", 0, {"EP", 20, 150, 2}},
-                          Case{"REOPTDP", "DP", 0, {"DP", 20, 150, 2}}, Case{"CEP", "CEP", 1, {"CEP", -150, -20, 2}}}) {
-        SCOPED_TRACE(c.id);
-        ScanBench bench;
-        bench.settings.Polarity = c.polarity;
-        bench.fake.data.chromatograms["TIC"] = {{20, 22}, {1, 2}};
-        EXPECT_EQ(clsScan2_Q1MI(bench.run).Scan(609.281, 100, c.id, 20, 150, 2, bench.paths), 22);
-        const FakeMethod& method = bench.Method();
-        EXPECT_EQ(bench.MethodFacts(), "1 3 2 0 0 0 66");
-        EXPECT_EQ(method.ramp, c.ramp);
-        ASSERT_EQ(method.ranges.size(), 1U);
-        const auto& range = method.ranges[0];
-        EXPECT_EQ(std::vector<double>({range.start, range.stop, range.step, range.dwellTimeMs}),
-                  std::vector<double>({609.281, 609.281, 0, 100}));
-        EXPECT_EQ(bench.calls.CountOf("HostSetScanRate") + bench.calls.CountOf("CreateInstrumentHelper"), 0);
     }
 }
 

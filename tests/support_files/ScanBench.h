@@ -24,20 +24,14 @@ class ScanBench : public RunBench {
         fake.store.methods[starterPath].ramp = {"DP", 0, 1, 1};
         fake.queueStatuses = {"3", "4"};
         settings.Q1Resolution = 2;
+        // A failure has stopped the run before it is told; that nothing was found is told first.
+        boxes.onShow = [this](const auto& box) {
+            ExpectNotLogged(box.text);
+            EXPECT_EQ(run.AbortRequested, box.icon == ports::MessageIcon::Critical) << box.text;
+        };
         calls.Forget();
     }
 
-    /// The acquired method as it was saved.
-    const FakeMethod& Method() const { return fake.store.methods.at(paths.MethodFilePath); }
-    /// Its scan type, number of scans to sum, Q1 resolution, precursors, scan rate and cycles.
-    std::string MethodFacts() const {
-        const FakeMethod& method = Method();
-        std::string facts;
-        for (const double fact : {method.scanType + 0.0, method.scansToSum + 0.0, method.q1Resolution + 0.0,
-                                  method.firstPrecursor, method.secondPrecursor, method.scanRate, method.cycles + 0.0})
-            facts += (facts.empty() ? "" : " ") + support::GeneralText(fact);
-        return facts;
-    }
     /// The x values of what every graph of the stage holds.
     std::vector<std::vector<double>> Graphs(ports::enumVeltraScanType scanType, std::int16_t ms3Index = 1) const {
         RecordedGraphControl control(0);
