@@ -325,16 +325,4 @@ TEST(clsExplore, MembersMakeTheseCallsAndTellOfEveryFailure) {
           error + "during getting copy of spectrum data object"}});
 }
 
-TEST(clsExplore, LoadingTheWholeSpectrumTellsWhichPartFailed) {
-    for (const auto& [operation, message] : {std::pair{"ExploreLoadTIC", "Explore Data: Error loading TIC"},
-                                             {"ExplorePointX", "Explore Data: Error loading spectrum"},
-                                             {"ExploreLoadSpectrumByTime", "Explore Data: Error loading spectrum"}}) {
-        LoadedBench bench;
-        bench.calls.Fail(operation, RunBench::hostError);
-        bench.explore.Spectrum_LoadSpectrum();
-        EXPECT_EQ(bench.explore.ErrorDescription(), message + RunBench::errorSuffix);
-        EXPECT_TRUE(bench.calls.Operations().back().starts_with(operation)) << "nothing after it";
-    }
-}
-
 }  // namespace

@@ -21,7 +21,7 @@ struct BatchBench {
     clsTolmBatch batch{host, [this] { return userName(); }};
 
     void LogOn() {
-        batch.Step1_TolmLogon("C:\\Projects\\", "P1");
+        batch.Step1_TolmLogon("C:\\Projects", "P1");  // without a separator, and none is added
         calls.Forget();
     }
 };
@@ -53,13 +53,6 @@ TEST(clsTolmBatch, TheLastBatchIsReleasedBeforeTheNextOne) {
                 ElementsAre("TolmNewBatch(\"session1\")", "~TolmBatch", "TolmNewBatch(\"session1\")"));
 }
 
-TEST(clsTolmBatch, PathAndNameOfTheProjectAreJoinedAsTheyAre) {
-    BatchBench bench;
-    bench.batch.Step1_TolmLogon("C:\\Projects", "P1");
-    bench.batch.Step2_CreateNewTolmBatch("a.xbt", "a.xmt", "a.vesk");
-    EXPECT_THAT(bench.calls.Only({"TolmSetBatchProject"}), ElementsAre("TolmSetBatchProject(\"C:\\ProjectsP1\")"));
-}
-
 /// A session and a batch that are under way.
 struct SubmitBench : BatchBench {
     SubmitBench() {
@@ -78,7 +71,7 @@ TEST(clsTolmBatch, ABatchHasOneSetWithOneSampleAndEveryFailureIsTold) {
         &SubmitBench::batch,
         {{[](auto& b) { b.Step2_CreateNewTolmBatch("C_ER_609.3.xbt", "C_ER_609.3.xmt", "Run\\C_ER_609.3.vesk"); },
           "TolmNewBatch(\"session1\"); TolmSetBatchName(\"C_ER_609.3.xbt\"); TolmSetBatchUser(\"Ann\"); "
-          "TolmSetBatchText(\"\"); TolmSetBatchProject(\"C:\\Projects\\P1\"); TolmAddSet(\"SET1\"); "
+          "TolmSetBatchText(\"\"); TolmSetBatchProject(\"C:\\ProjectsP1\"); TolmAddSet(\"SET1\"); "
           "TolmSetSetAcquisitionMethod(3, \"C_ER_609.3.xmt\"); TolmSetSetProcessingMethod(3, \"none\"); "
           "TolmAddSample(3); TolmSetSampleDataFile(3, 7, \"Run\\C_ER_609.3.vesk\"); "
           "TolmSetSampleField(3, 7, SampleName, \"N/A\"); TolmSetSampleField(3, 7, SampleId, \"N/A\"); "

@@ -157,39 +157,32 @@ TEST(FinalMethodStage, UsesTheOptimaOfThePrecursorThatAMethodIsFor) {
     EXPECT_EQ(bench.run.results->AF2.Current, 20);
 }
 
-/// No message box, and the run goes on to the optimal method.
-TEST(FinalMethodStage, SaysWhichMethodIsMissing) {
-    const std::string unable = "Unable to create C_FinalMS3_195.125.xmt";
-    FinalMethodBench bench;
-    bench.UseModel(26, false);
-    auto& record = bench.AddOptimised(195.125, {5});
-    bench.calls.Fail("HostSetExcitationTime", RunBench::hostError);
-    veltra::RunFinalMethodStage(bench.frame);
-    bench.ExpectReported({}, {heading, "Error during creation of the final method" + RunBench::errorSuffix, unable});
-    EXPECT_EQ(record.FinalMS3Method, "\\" + unable);
-    EXPECT_FALSE(bench.run.AbortRequested);
-    EXPECT_TRUE(bench.fake.store.methods.contains(optimal195));
-}
-
-TEST(FinalMethodStage, AnUnfinishedMethodGoesAndOneThatDoesNotIsNamed) {
+/// No message box, and the run goes on to the optimal method. What was saved before the failure goes.
+TEST(FinalMethodStage, SaysWhichMethodIsMissingAndWhichCannotBeRemoved) {
+    const std::string name = "C_FinalMS3_195.125.xmt";
     for (const bool canBeRemoved : {true, false}) {
         const TempFolder folder;
         FinalMethodBench bench;
+        bench.UseModel(26, false);
         bench.settings.StarterMethodFilePath = folder.File("Start.xmt");
-        bench.AddOptimised(195.125, {5});
-        const std::string name = "C_FinalMS3_195.125.xmt";
+        auto& record = bench.AddOptimised(195.125, {5});
         const std::string path = folder.File(name);
         support::WriteWholeFile(path, "as it was saved first");
-        bench.calls.Fail("HostSaveMethodAs", RunBench::hostError, 2);
+        bench.calls.Fail(canBeRemoved ? "HostSetExcitationTime" : "HostSaveMethodAs", RunBench::hostError,
+                         canBeRemoved ? 1 : 2);
         if (!canBeRemoved) bench.disk.Fail(DiskFault::InputOutput, 1, FaultyDisk::Times::Once);
         veltra::RunFinalMethodStage(bench.frame);
-        Texts log{heading, "Acquire: Error during saving of " + path + RunBench::errorSuffix,
-                  "Unable to create " + name};
+        const std::string why =
+            canBeRemoved ? "Error during creation of the final method" : "Acquire: Error during saving of " + path;
+        Texts log{heading, why + RunBench::errorSuffix, "Unable to create " + name};
         if (!canBeRemoved)
             log.push_back("Unable to remove " + path +
                           ", which is not finished, please delete it (Error 51: Input/output error).");
         bench.ExpectReported({}, log);
         EXPECT_EQ(support::FileExists(path), !canBeRemoved);
+        EXPECT_EQ(record.FinalMS3Method, "\\Unable to create " + name);
+        EXPECT_FALSE(bench.run.AbortRequested);
+        EXPECT_TRUE(bench.fake.store.methods.contains(folder.File("C_FinalOptimalMS3_195.125.xmt")));
     }
 }
 

@@ -13,15 +13,6 @@ using ports::MessageIcon;
 using Graphs = std::vector<std::vector<double>>;
 using Masses = std::vector<double>;
 
-TopPeakCollection Fragments(const Masses& masses) {
-    TopPeakCollection records;
-    for (const double mass : masses) {
-        records.push_back(std::make_shared<clsItem_TopPeak>());
-        records.back()->SecondPrecursor->CentroidMass = mass;
-    }
-    return records;
-}
-
 TEST(clsScan3_EPI, SecondPrecursorsAreTheHighestPeaksOutsideFiveDaAroundTheFirst) {
     // The first precursor is 600; its window leaves out what lies within 2.5 Da.
     const std::vector<FakePeak> spectrum{{195, 50, 5}, {597.4, 20, 5}, {597.6, 99, 5}, {600, 100, 5}, {602.5, 30, 5}};

@@ -20,12 +20,6 @@ struct Stage {
     bool asksForStepSize;
 };
 
-TopPeakCollection OneFragment() {
-    auto record = std::make_shared<clsItem_TopPeak>();
-    record->SecondPrecursor->CentroidMass = 195;
-    return {record};
-}
-
 const Stage stages[] = {
     {"ER", [](ScanBench& b) { return clsScan1_ER(b.run).Scan(609.3, b.paths) != nullptr; }, true},
     {"Q1MI", [](auto& b) { return clsScan2_Q1MI(b.run).Scan(609.3, 100, "DP", 0, 100, 5, b.paths) != 0; }, false},
@@ -37,14 +31,14 @@ const Stage stages[] = {
      true},
     {"MRM",
      [](ScanBench& b) {
-         auto records = OneFragment();
+         auto records = Fragments({195});
          clsScan4_MRM(b.run).Scan(609.3, records, "CE", 5, 80, 5, b.paths);
          return records[0]->CEWasOptimized;
      },
      false},
     {"MS3",
      [](ScanBench& b) {
-         const auto records = OneFragment();
+         const auto records = Fragments({195});
          clsScan5_MS3(b.run).Scan(609.3, *records[0], "AF2", 0, 10, 0.5F, b.paths);
          return records[0]->AF2WasOptimized;
      },
@@ -69,13 +63,10 @@ TEST(ScanShape, MethodBatchWaitAndDataFollowEachOtherAndAreReleasedInBetween) {
         EXPECT_TRUE(stage.scan(bench));
         EXPECT_FALSE(bench.run.AbortRequested);
 
-        const auto calls = bench.calls.Only({"HostSaveMethodAs", "HostGetExpectedDuration", "~AcquisitionMethod",
-                                             "TolmNewBatch", "TolmSubmitBatch", "HostQueueServer", "~QueueServer",
-                                             "CreateDataExploration", "~DataExploration", "HostQueueRun"});
-        const auto lastSave = std::find_if(calls.rbegin(), calls.rend(), [](const auto& call) {
-                                  return call.starts_with("HostSaveMethodAs");
-                              }).base();
-        EXPECT_EQ(Joined({lastSave, calls.end()}),
+        const std::string calls = Joined(bench.calls.Only(
+            {"HostGetExpectedDuration", "~AcquisitionMethod", "TolmNewBatch", "TolmSubmitBatch", "HostQueueServer",
+             "~QueueServer", "CreateDataExploration", "~DataExploration", "HostQueueRun"}));
+        EXPECT_EQ(calls.substr(calls.find("HostGetExpectedDuration")),
                   "HostGetExpectedDuration(); ~AcquisitionMethod; TolmNewBatch(\"session1\"); "
                   "TolmSubmitBatch(\"session1\"); HostQueueServer(); ~QueueServer; CreateDataExploration(); "
                   "~DataExploration");

@@ -5,8 +5,19 @@
 #include <vector>
 
 #include "model/clsItem_FilePaths.h"
+#include "model/clsItem_TopPeak.h"
 #include "tests/support_files/RecordedGraphControl.h"
 #include "tests/support_files/RunBench.h"
+
+/// Records of 2nd precursors as the EPI stage leaves them.
+inline veltra::TopPeakCollection Fragments(const std::vector<double>& masses) {
+    veltra::TopPeakCollection records;
+    for (const double mass : masses) {
+        records.push_back(std::make_shared<veltra::clsItem_TopPeak>());
+        records.back()->SecondPrecursor->CentroidMass = mass;
+    }
+    return records;
+}
 
 /// A run that is logged on and ready for one acquisition. Its current parameters differ from the starter method's.
 class ScanBench : public RunBench {
