@@ -144,7 +144,7 @@ void ResultsGraphControl::AddPeakLabels() {
         auto* label = new QCPItemText(plot_);
         label->setPositionAlignment(Qt::AlignBottom | Qt::AlignHCenter);
         label->position->setCoords(pane.x[i], pane.y[i]);
-        label->setText(QString::number(pane.x[i], 'f', 1));
+        label->setText(QString::fromStdString(support::FixedText(pane.x[i], 1)));
         label->setFont(QFont(font().family(), 7));
         label->setClipToAxisRect(true);
     }

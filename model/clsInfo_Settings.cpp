@@ -84,7 +84,7 @@ clsInfo_Settings::StepRange clsInfo_Settings::AllowedStepRange(float start, floa
 }
 
 std::string clsInfo_Settings::StepOutOfRangeMessage(const StepRange& range) {
-    const auto rounded = [](float value) { return GeneralText(support::RoundHalfEven(static_cast<double>(value), 3)); };
+    const auto rounded = [](float value) { return GeneralText(support::RoundHalfEven(value, 3)); };
     return "The entered DP ramp step value is out of range (" + rounded(range.low) + " to " + rounded(range.high) +
            ").";
 }

@@ -17,50 +17,116 @@ std::string NonFiniteText(double value) {
     return value < 0 ? "-Infinity" : "Infinity";
 }
 
-/// Rewrites "d.ddde+xx" as plain decimals where the exponent is from -4 to 14, and else as "d.dddE+xx".
-std::string FromScientific(std::string_view scientific) {
-    const std::size_t exponentAt = scientific.find('e');
-    std::string sign;
-    std::string digits;
-    for (const char c : scientific.substr(0, exponentAt)) {
-        if (c == '-') sign = "-";
-        if (c >= '0' && c <= '9') digits += c;
-    }
+/// A finite number in decimal: "d.ddd" times ten to the exponent, without its point; "0" and exponent 0 for zero.
+struct Decimal {
+    bool negative = false;
+    std::string digits;  ///< without zeros at either end
     int exponent = 0;
-    const char* exponentText = scientific.data() + exponentAt + 1;
-    if (*exponentText == '+') ++exponentText;
-    std::from_chars(exponentText, scientific.data() + scientific.size(), exponent);
+};
 
-    while (digits.size() > 1 && digits.back() == '0')
-        digits.pop_back();
-    if (digits == "0") return "0";
-    const int count = static_cast<int>(digits.size());
-    if (exponent < -4 || exponent >= 15) {
-        const std::string exponentDigits = std::to_string(std::abs(exponent));
-        return sign + digits.substr(0, 1) + (count > 1 ? "." + digits.substr(1) : "") + (exponent < 0 ? "E-" : "E+") +
-               (exponentDigits.size() < 2 ? "0" : "") + exponentDigits;
+/// The shortest decimal that reads back as the value. All rounding starts from it: what is rounded is the number as
+/// people see it, not its binary neighbour, which for 514.2275 lies below the tie.
+template <class Number>
+Decimal ShortestDecimal(Number value) {
+    std::array<char, 40> buffer{};
+    const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, std::chars_format::scientific);
+    const std::string_view text{buffer.data(), static_cast<std::size_t>(end.ptr - buffer.data())};
+    const std::size_t exponentAt = text.find('e');
+
+    Decimal decimal;
+    decimal.negative = text.front() == '-';
+    for (const char c : text.substr(0, exponentAt))
+        if (IsDigit(c)) decimal.digits += c;
+    const std::size_t signLength = text[exponentAt + 1] == '+' ? 1 : 0;
+    std::from_chars(text.data() + exponentAt + 1 + signLength, text.data() + text.size(), decimal.exponent);
+    return decimal;
+}
+
+/// Keeps so many digits, rounding half to even; 0 and fewer may be asked for.
+Decimal Rounded(Decimal decimal, int kept) {
+    std::string& digits = decimal.digits;
+    if (kept >= static_cast<int>(digits.size())) return decimal;
+    if (kept < 0) return {decimal.negative, "0", 0};
+
+    const auto cut = static_cast<std::size_t>(kept);
+    const bool tie = digits[cut] == '5' && cut + 1 == digits.size();
+    const bool odd = cut > 0 && (digits[cut - 1] - '0') % 2 == 1;
+    const bool up = tie ? odd : digits[cut] >= '5';
+    digits.resize(cut);
+    if (up) {
+        while (!digits.empty() && digits.back() == '9')
+            digits.pop_back();
+        if (digits.empty()) return {decimal.negative, "1", decimal.exponent + 1};
+        ++digits.back();
     }
-    if (exponent < 0) return sign + "0." + std::string(static_cast<std::size_t>(-exponent) - 1, '0') + digits;
-    if (count <= exponent + 1) return sign + digits + std::string(static_cast<std::size_t>(exponent + 1 - count), '0');
-    const auto whole = static_cast<std::size_t>(exponent + 1);
-    return sign + digits.substr(0, whole) + "." + digits.substr(whole);
+    while (!digits.empty() && digits.back() == '0')
+        digits.pop_back();
+    if (digits.empty()) return {decimal.negative, "0", 0};
+    return decimal;
+}
+
+/// Rounded to so many places behind the point.
+template <class Number>
+Decimal RoundedToPlaces(Number value, int decimals) {
+    const Decimal decimal = ShortestDecimal(value);
+    return Rounded(decimal, decimal.exponent + 1 + decimals);
+}
+
+std::string ExponentText(int exponent) {
+    const std::string digits = std::to_string(std::abs(exponent));
+    return (exponent < 0 ? "E-" : "E+") + std::string(digits.size() < 2 ? "0" : "") + digits;
+}
+
+/// All digits, with a point where one belongs; no exponent.
+std::string PlainText(const Decimal& decimal) {
+    const std::string sign = decimal.negative ? "-" : "";
+    const int count = static_cast<int>(decimal.digits.size());
+    if (decimal.exponent < 0)
+        return sign + "0." + std::string(static_cast<std::size_t>(-decimal.exponent) - 1, '0') + decimal.digits;
+    const auto whole = static_cast<std::size_t>(decimal.exponent) + 1;
+    if (count <= decimal.exponent + 1) return sign + PadRight(decimal.digits, whole, '0');
+    return sign + decimal.digits.substr(0, whole) + "." + decimal.digits.substr(whole);
+}
+
+/// Plain decimals where the exponent is from -4 to 14, and else "d.dddE+xx".
+std::string TextOf(const Decimal& decimal) {
+    if (decimal.digits == "0") return "0";
+    if (decimal.exponent >= -4 && decimal.exponent < 15) return PlainText(decimal);
+    return (decimal.negative ? "-" : "") + decimal.digits.substr(0, 1) +
+           (decimal.digits.size() > 1 ? "." + decimal.digits.substr(1) : "") + ExponentText(decimal.exponent);
 }
 
 template <class Number>
 std::string TextWithDigits(Number value, int significantDigits) {
     if (!std::isfinite(value)) return NonFiniteText(static_cast<double>(value));
-    std::array<char, 40> text{};
-    const auto end = std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::scientific,
-                                   significantDigits - 1);
-    return FromScientific({text.data(), static_cast<std::size_t>(end.ptr - text.data())});
+    return TextOf(Rounded(ShortestDecimal(value), significantDigits));
 }
 
 template <class Number>
 std::string ShortestText(Number value) {
     if (!std::isfinite(value)) return NonFiniteText(static_cast<double>(value));
-    std::array<char, 40> text{};
-    const auto end = std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::scientific);
-    return FromScientific({text.data(), static_cast<std::size_t>(end.ptr - text.data())});
+    return TextOf(ShortestDecimal(value));
+}
+
+template <class Number>
+double RoundedNumber(Number value, int decimals) {
+    if (!std::isfinite(value)) return static_cast<double>(value);
+    const std::string text = TextOf(RoundedToPlaces(value, decimals));
+    double rounded = 0;
+    std::from_chars(text.data(), text.data() + text.size(), rounded);
+    return rounded;
+}
+
+template <class Number>
+std::string TextWithPlaces(Number value, int decimals) {
+    if (!std::isfinite(value)) return NonFiniteText(static_cast<double>(value));
+    Decimal decimal = RoundedToPlaces(value, decimals);
+    if (decimal.digits == "0") decimal.negative = false;
+    std::string text = PlainText(decimal);
+    if (decimals <= 0) return text;
+    const std::size_t point = std::min(text.find('.'), text.size());
+    if (point == text.size()) text += '.';
+    return PadRight(text, point + 1 + static_cast<std::size_t>(decimals), '0');
 }
 
 /// The length of the number that the text starts with, its sign included; 0 when there is none.
@@ -168,19 +234,24 @@ std::string RoundTripText(float value) {
 
 std::string ScientificText(double value) {
     if (!std::isfinite(value)) return NonFiniteText(value);
-    constexpr int decimals = 2;
-    std::array<char, 40> text{};
-    const auto end =
-        std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::scientific, decimals);
-    return ToUpper({text.data(), static_cast<std::size_t>(end.ptr - text.data())});
+    constexpr int significantDigits = 3;
+    const Decimal decimal = Rounded(ShortestDecimal(value), significantDigits);
+    const std::string digits = PadRight(decimal.digits, significantDigits, '0');
+    return (decimal.negative ? "-" : "") + digits.substr(0, 1) + "." + digits.substr(1) +
+           ExponentText(decimal.exponent);
 }
 
 double RoundHalfEven(double value, int decimals) {
-    const double scale = std::pow(10.0, decimals);
-    const double scaled = value * scale;
-    if (!std::isfinite(scaled) || std::abs(scaled) >= 9007199254740992.0) return value;
-    const double rounded = std::nearbyint(scaled) / scale;
-    return rounded == 0 ? 0.0 : rounded;
+    return RoundedNumber(value, decimals);
+}
+double RoundHalfEven(float value, int decimals) {
+    return RoundedNumber(value, decimals);
+}
+std::string FixedText(double value, int decimals) {
+    return TextWithPlaces(value, decimals);
+}
+std::string FixedText(float value, int decimals) {
+    return TextWithPlaces(value, decimals);
 }
 
 std::string MzText(double mz) {

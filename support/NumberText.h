@@ -20,11 +20,16 @@ inline std::string GeneralText(int value) {
 std::string RoundTripText(double value);
 std::string RoundTripText(float value);
 
-/// Two decimals, sign, at least two exponent digits: "1.23E+05". Always a "." as decimal separator.
+/// Two decimals, rounded as by RoundHalfEven, sign, at least two exponent digits: "1.23E+05". Always a "." as decimal
+/// separator.
 std::string ScientificText(double value);
 
-/// A value rounded half to even to so many decimals.
+/// A value rounded to so many decimals: its shortest text that reads back as the same value is rounded, half to even.
 double RoundHalfEven(double value, int decimals);
+double RoundHalfEven(float value, int decimals);
+/// The same with all these decimals written, never with an exponent: "10.0".
+std::string FixedText(double value, int decimals);
+std::string FixedText(float value, int decimals);
 /// RoundHalfEven to 3 decimals in GeneralText: how an m/z is written in logs, names and reports.
 std::string MzText(double mz);
 

@@ -100,8 +100,8 @@ std::string JoinLines(const std::vector<std::string>& lines) {
     return text;
 }
 
-std::string PadRight(std::string text, std::size_t width) {
-    if (text.size() < width) text.append(width - text.size(), ' ');
+std::string PadRight(std::string text, std::size_t width, char filler) {
+    if (text.size() < width) text.append(width - text.size(), filler);
     return text;
 }
 

@@ -41,8 +41,8 @@ std::string Excerpt(std::string_view text, std::size_t longestBytes = 80);
 /// The lines with CR LF between them.
 std::string JoinLines(const std::vector<std::string>& lines);
 std::vector<std::string> Split(std::string_view text, char separator);
-/// The text with blanks behind it up to the width; unchanged when it is longer.
-std::string PadRight(std::string text, std::size_t width);
+/// The text with blanks, or another character, behind it up to the width; unchanged when it is longer.
+std::string PadRight(std::string text, std::size_t width, char filler = ' ');
 /// The text with blanks before it up to the width; unchanged when it is longer.
 std::string PadLeft(std::string text, std::size_t width);
 

@@ -1,10 +1,10 @@
 #include "support/modStringUtils.h"
 
 #include <algorithm>
-#include <array>
-#include <charconv>
 #include <cmath>
 #include <exception>
+
+#include "support/NumberText.h"
 
 namespace support {
 
@@ -15,12 +15,7 @@ bool IsNumericText(const std::string& strText) {
 
 std::string FormatOneDecimal(float sglNumber) {
     if (!std::isfinite(sglNumber)) return "N/A";
-    constexpr int decimals = 1;
-    std::array<char, 64> text{};
-    const auto end =
-        std::to_chars(text.data(), text.data() + text.size(), sglNumber, std::chars_format::fixed, decimals);
-    const std::string result(text.data(), end.ptr);
-    return result == "-0.0" ? "0.0" : result;
+    return FixedText(sglNumber, 1);
 }
 
 void FillListFromHost(ListControl& list, int firstArgument, int secondArgument,

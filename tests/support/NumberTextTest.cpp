@@ -55,7 +55,7 @@ TEST(NumberText, FixedForms) {
     EXPECT_EQ(TextsOf<double>(ScientificText, {9.999e99, notANumber}), "1.00E+100 NaN");
     EXPECT_EQ(TextsOf<double>(MzText, {609.28066, 500.0999999, 9.999e99, notANumber}), "609.281 500.1 9.999E+99 NaN");
     EXPECT_EQ(TextsOf<float>(FormatOneDecimal, {0, -0.0f, -0.04f, 5, 0.25f, 0.75f, -150, 99.96f, 1e20f}),
-              "0.0 0.0 0.0 5.0 0.2 0.8 -150.0 100.0 100000002004087734272.0");
+              "0.0 0.0 0.0 5.0 0.2 0.8 -150.0 100.0 100000000000000000000.0");
     for (const float value : {std::numeric_limits<float>::infinity(), std::numeric_limits<float>::quiet_NaN()})
         EXPECT_EQ(FormatOneDecimal(value), "N/A");
 }
@@ -63,9 +63,35 @@ TEST(NumberText, FixedForms) {
 TEST(NumberText, RoundsHalfToEven) {
     for (const auto& [value, rounded] : {std::pair{0.5, 0.0}, {1.5, 2.0}, {2.5, 2.0}, {-2.5, -2.0}})
         EXPECT_EQ(RoundHalfEven(value, 0), rounded) << value;
-    for (const auto& [value, rounded] : {std::pair{0.0625, 0.062}, {0.1875, 0.188}, {1e300, 1e300}})
+    for (const auto& [value, rounded] : {std::pair{0.0625, 0.062}, {0.1875, 0.188}, {1e300, 1e300}, {5e-324, 0.0}})
         EXPECT_EQ(RoundHalfEven(value, 3), rounded) << value;
+    EXPECT_EQ(RoundHalfEven(0.0015f, 3), 0.002);
     EXPECT_FALSE(std::signbit(RoundHalfEven(-0.2, 0)));
+}
+
+/// Every tie there is up to m/z 1700, few of which have an exact binary number.
+TEST(NumberText, RoundsTheNumberAsItIsWritten) {
+    int wrong = 0;
+    for (int thousandths = 15'000; thousandths < 1'700'000; ++thousandths) {
+        const double tie = (thousandths * 10 + 5) / 10000.0;
+        const double even = (thousandths + thousandths % 2) / 1000.0;
+        if (RoundHalfEven(tie, 3) != even || MzText(-tie) != GeneralText(-even)) ++wrong;
+    }
+    EXPECT_EQ(wrong, 0);
+    for (int tenths = 0; tenths < 20'000; ++tenths) {
+        const float tie = static_cast<float>(tenths * 10 + 5) / 100;
+        const int even = tenths + tenths % 2;
+        const std::string text = std::to_string(even / 10) + "." + std::to_string(even % 10);
+        if (FormatOneDecimal(tie) != text || FixedText(static_cast<double>(tenths * 10 + 5) / 100, 1) != text) ++wrong;
+    }
+    EXPECT_EQ(wrong, 0);
+    EXPECT_EQ(TextsOf<double>(MzText, {514.2275, 0.0005, 0.0015, 0.9995, 999.9995}), "514.228 0 0.002 1 1000");
+    EXPECT_EQ(TextsOf<double>(ScientificText, {1.225, 1.235, 9.995, 9.985e-10, 100500}),
+              "1.22E+00 1.24E+00 1.00E+01 9.98E-10 1.00E+05");
+    EXPECT_EQ(TextsOf<double>(GeneralText, {1.000000000000025, 0.1234567890123455}),
+              "1.00000000000002 0.123456789012346");
+    EXPECT_EQ(FixedText(1234.5, 0) + " " + FixedText(0.00005, 4) + " " + FixedText(-1e16, 2),
+              "1234 0.0000 -10000000000000000.00");
 }
 
 TEST(NumberText, WholeNumbersOverflowAtTheirLimits) {
