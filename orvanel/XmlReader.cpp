@@ -39,7 +39,10 @@ XmlReader::XmlReader(std::string path, XmlFormat format, const support::Disk& di
     const std::string foreign = "this is not " + format_.what + " of this host, ";
     if (!support::IsPlainText(text_))
         throw ports::HostError(format_.damagedNumber, path_ + ": " + foreign + "which is an XML text in UTF-8");
-    const auto result = document_.load_buffer(text_.data(), text_.size(), pugi::parse_default, pugi::encoding_utf8);
+    // As a fragment, since the library otherwise passes over what stands outside the root element.
+    constexpr unsigned int options = pugi::parse_default | pugi::parse_fragment | pugi::parse_declaration |
+                                     pugi::parse_doctype | pugi::parse_trim_pcdata;
+    const auto result = document_.load_buffer(text_.data(), text_.size(), options, pugi::encoding_utf8);
     if (!result) {
         std::string reason = result.description();
         if (!reason.empty() && reason.back() == '.') reason.pop_back();
@@ -50,11 +53,24 @@ XmlReader::XmlReader(std::string path, XmlFormat format, const support::Disk& di
         if (child.type() == pugi::node_element) ++elements;
     if (elements != 1 || Root().name() != format_.rootElement)
         Fail(Root(), foreign + "whose only root element is " + format_.rootElement);
+    CheckSurroundings();
     if (const int version = Whole(Root(), "version", 1, 999999); version != format_.version)
         Fail(Root(), "version " + std::to_string(version) + " of this format is not known, only version " +
                          std::to_string(format_.version) + " is");
     if (Text(Root(), "instrument") != "simulated")
         Fail(Root(), "it was not made for a simulated instrument (instrument=\"simulated\")");
+}
+
+void XmlReader::CheckSurroundings() const {
+    for (const auto& child : document_.children()) {
+        if (child.type() == pugi::node_element) continue;
+        if (child.type() != pugi::node_declaration || child != document_.first_child())
+            Fail(child, "outside element " + format_.rootElement +
+                            " may stand comments and, before all, an XML declaration only, remove what else is there");
+        const pugi::xml_attribute encoding = child.attribute("encoding");
+        if (encoding && !support::EqualIgnoringCase(encoding.value(), "utf-8"))
+            Fail(child, "the declared encoding is " + Quoted(encoding.value()) + ", expected is \"utf-8\"");
+    }
 }
 
 void XmlReader::FailAt(std::ptrdiff_t offset, const std::string& text) const {

@@ -37,6 +37,8 @@ class XmlReader {
     bool Flag(pugi::xml_node element, const char* attribute) const { return Whole(element, attribute, 0, 1) == 1; }
 
   private:
+    /// Refuses texts and document types outside the root element, and encodings other than UTF-8.
+    void CheckSurroundings() const;
     [[noreturn]] void FailAt(std::ptrdiff_t offset, const std::string& text) const;
 
     std::string path_;

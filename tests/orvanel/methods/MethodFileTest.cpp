@@ -64,9 +64,13 @@ TEST_F(MethodFile, CutOffAnywhereIsAnErrorOrStillWhole) {
 TEST_F(MethodFile, RefusesWhatItDoesNotKnow) {
     WriteMethodFile(path, MethodForTests());
     const std::string good = support::ReadWholeFile(path);
+    const std::string outside =
+        ": outside element OrvanelMethod may stand comments and, before all, an XML declaration only, remove what else "
+        "is "
+        "there";
     const struct {
         const char *from, *to;
-        const char* expected;  ///< behind the path
+        std::string expected;  ///< behind the path
     } cases[] = {
         {"cycles=\"51\"", "cycles=\"5x\"",
          ", line 8: attribute \"cycles\" is \"5x\", expected is a whole number from 1 to 2147483647"},
@@ -89,6 +93,13 @@ TEST_F(MethodFile, RefusesWhatItDoesNotKnow) {
          ", line 2: it was not made for a simulated instrument (instrument=\"simulated\")"},
         {"</OrvanelMethod>", "</OrvanelMethod><Second/>",
          ", line 2: this is not an acquisition method of this host, whose only root element is OrvanelMethod"},
+        {"</OrvanelMethod>", "</OrvanelMethod>\nand more", ", line 26" + outside},
+        {"<OrvanelMethod", "before<OrvanelMethod", ", line 2" + outside},
+        {"</OrvanelMethod>", "</OrvanelMethod><![CDATA[more]]>", ", line 25" + outside},
+        {"<OrvanelMethod", "<!DOCTYPE OrvanelMethod><OrvanelMethod", ", line 2" + outside},
+        {"<OrvanelMethod", "<?xml version=\"1.0\"?><OrvanelMethod", ", line 2" + outside},
+        {"encoding=\"utf-8\"", "encoding=\"iso-8859-1\"",
+         ", line 1: the declared encoding is \"iso-8859-1\", expected is \"utf-8\""},
         {"Test trap", "Test \xFF trap",
          ": this is not an acquisition method of this host, which is an XML text in UTF-8"},
     };
