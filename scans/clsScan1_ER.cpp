@@ -32,7 +32,7 @@ std::shared_ptr<clsItem_Peak> clsScan1_ER::ExploreGeneratedVesk(const std::strin
     const bool explored = Explore(strVeskFilePath, [&](clsExplore& explore) {
         explore.Spectrum_LoadSpectrum();
         peak = explore.Spectrum_GetHighestPeakInRange(expectedMz_, parentToleranceDa);
-        runState_.scans->Scan1_ER_SpecData(explore.GetSpecDataObject());
+        if (runState_.scans) runState_.scans->Scan1_ER_SpecData(explore.GetSpecDataObject());
     });
     if (!explored) return nullptr;
     if (peak && !(peak->CentroidIntensity > 0)) peak = nullptr;  // no signal is no parent

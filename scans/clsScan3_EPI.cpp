@@ -45,7 +45,7 @@ TopPeakCollection clsScan3_EPI::ExploreGeneratedVesk(const std::string& strVeskF
         explore.Spectrum_LoadSpectrum();
         peaks = explore.Spectrum_GetTopPeaks(runState_.settings.Advanced_EPINum2ndPrec, firstPrecursor_,
                                              exclusionToleranceDa, noPercentageTest, percentBelowThreshold);
-        runState_.scans->Scan3_EPI_SpecData(explore.GetSpecDataObject());
+        if (runState_.scans) runState_.scans->Scan3_EPI_SpecData(explore.GetSpecDataObject());
     });
     if (!explored) return {};
     if (peaks.empty()) StopWithoutFinding("No EPI spectrum peaks found.");

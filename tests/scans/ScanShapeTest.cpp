@@ -56,6 +56,16 @@ class DataBench : public ScanBench {
     }
 };
 
+TEST(ScanShape, ExistingDataAreExploredWithoutARun) {
+    DataBench bench;
+    bench.run.results.reset();
+    bench.run.scans.reset();
+    bench.run.batch.reset();
+    EXPECT_EQ(clsScan3_EPI(bench.run).ExploreGeneratedVesk(bench.paths.VeskFilePath).size(), 2U);
+    bench.fake.data.spectra["time"].peaks = {{0.5, 5, 5}};
+    EXPECT_NE(clsScan1_ER(bench.run).ExploreGeneratedVesk(bench.paths.VeskFilePath), nullptr);
+}
+
 TEST(ScanShape, MethodBatchWaitAndDataFollowEachOtherAndAreReleasedInBetween) {
     for (const auto& stage : stages) {
         SCOPED_TRACE(stage.name);
