@@ -9,10 +9,10 @@
 #include "orvanel/elements/ElementTableFile.h"
 #include "orvanel/import/CompoundImport.h"
 #include "orvanel/instrument/Fragmentation.h"
+#include "support/FileNames.h"
 #include "support/NumberText.h"
 #include "support/Paths.h"
 #include "support/Platform.h"
-#include "support/Text.h"
 
 namespace cli {
 namespace {
@@ -88,7 +88,7 @@ ExitStatus CheckCompound(const std::string& path, const TerminalStreams& streams
         const std::string appLocation = DefaultAppLocation();
         const auto elements = orvanel::OpenElementTableFile(orvanel::ElementTablePath(appLocation));
         const auto models = orvanel::LoadInstrumentModels(orvanel::ModelsFolder(appLocation));
-        const bool isFile = support::ToUpper(path).ends_with(support::ToUpper(orvanel::compoundFileExtension));
+        const bool isFile = support::IsFileOfKind(path, orvanel::compoundFileExtension);
         const auto compound =
             orvanel::LoadCompound(isFile ? path : orvanel::FindCompoundFile(appLocation, path), *elements);
         DrawCompound(compound, orvanel::FindModel(models, NewProjectOptions{}.modelCode), streams.out);

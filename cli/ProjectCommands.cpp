@@ -12,11 +12,11 @@
 #include "orvanel/CompoundFolder.h"
 #include "orvanel/OrvanelHost.h"
 #include "orvanel/clock/HostClock.h"
+#include "support/FileNames.h"
 #include "support/Files.h"
 #include "support/NumberText.h"
 #include "support/Paths.h"
 #include "support/Platform.h"
-#include "support/Text.h"
 
 namespace cli {
 namespace {
@@ -28,20 +28,13 @@ void WriteSettings(const std::string& path, const std::string& compoundName, con
     if (!support::FileExists(path)) throw support::FileError("Cannot write " + path);
 }
 
-bool IsCompoundFile(const std::string& text) {
-    const std::string extension = support::ToUpper(orvanel::compoundFileExtension);
-    return text.size() > extension.size() && support::ToUpper(text).ends_with(extension);
-}
-
 /// The path of a compound file in full, so that it is not taken for the name of a compound that ships; a name as it is.
 std::string CompoundOrFile(const std::string& compound) {
-    return IsCompoundFile(compound) ? support::AbsolutePath(compound) : compound;
+    return support::IsFileOfKind(compound, orvanel::compoundFileExtension) ? support::AbsolutePath(compound) : compound;
 }
 
 std::string CompoundNameOf(const std::string& compound) {
-    std::string name = support::FileNameOf(compound);
-    if (IsCompoundFile(name)) name.resize(name.size() - std::string_view(orvanel::compoundFileExtension).size());
-    return name;
+    return support::WithoutExtension(support::FileNameOf(compound), orvanel::compoundFileExtension);
 }
 
 }  // namespace

@@ -11,6 +11,7 @@
 #include "orvanel/queue/QueueServerHandle.h"
 #include "orvanel/tolm/TolmServiceImpl.h"
 #include "ports/HostError.h"
+#include "support/FileNames.h"
 #include "support/Files.h"
 #include "support/NumberText.h"
 #include "support/Text.h"
@@ -108,8 +109,8 @@ class OrvanelHost : public ports::Host {
         try {
             if (!support::FileExists(path, state_->Disk())) return false;
             // Methods are XML texts: what opens no documents of their kind still shows them as texts.
-            const bool isMethod = support::EndsWithIgnoringCase(path, ".xmt");
-            if (!isMethod && !support::EndsWithIgnoringCase(path, ".vesk")) return false;
+            const bool isMethod = support::IsFileOfKind(path, ".xmt");
+            if (!isMethod && !support::IsFileOfKind(path, ".vesk")) return false;
             return (viewers_.open && viewers_.open(path)) || (isMethod && viewers_.viewText && viewers_.viewText(path));
         } catch (const std::exception&) {
             return false;

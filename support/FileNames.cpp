@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdio>
 
+#include "support/Paths.h"
 #include "support/Text.h"
 
 namespace support {
@@ -49,6 +50,16 @@ std::string FileNameProblem(std::string_view name) {
     if (name.back() == '.') return "cannot end with a dot";
     const std::string device = DeviceOf(name);
     return device.empty() ? "" : "cannot be that of the device " + device;
+}
+
+bool IsFileOfKind(std::string_view path, std::string_view extension) {
+    const std::string name = FileNameOf(path);
+    return name.size() > extension.size() && EndsWithIgnoringCase(name, extension);
+}
+
+std::string WithoutExtension(std::string_view path, std::string_view extension) {
+    if (IsFileOfKind(path, extension)) path.remove_suffix(extension.size());
+    return std::string(path);
 }
 
 std::string CompoundNameProblem(std::string_view name) {

@@ -8,6 +8,7 @@
 #include "bench/quality/Page.h"
 #include "bench/quality/Tables.h"
 #include "orvanel/OrvanelHost.h"
+#include "support/FileNames.h"
 #include "support/Files.h"
 #include "support/Paths.h"
 
@@ -28,7 +29,8 @@ std::vector<std::string> CompoundsOf(const Options& options) {
     auto compounds = options.compounds;
     for (const auto& folder : options.folders) {
         for (const auto& file : support::FilesIn(folder))
-            if (file.ends_with(".ini")) compounds.push_back(support::JoinPath(support::AbsolutePath(folder), file));
+            if (support::IsFileOfKind(file, ".ini"))
+                compounds.push_back(support::JoinPath(support::AbsolutePath(folder), file));
     }
     if (compounds.empty())
         for (const auto& compound : orvanel::ListCompounds(VELTRA_APP_LOCATION))

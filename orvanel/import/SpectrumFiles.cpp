@@ -4,6 +4,7 @@
 #include "orvanel/import/RecordText.h"
 #include "orvanel/import/SpectrumReaders.h"
 #include "orvanel/instrument/InstrumentErrors.h"
+#include "support/FileNames.h"
 #include "support/Files.h"
 #include "support/Paths.h"
 #include "support/Text.h"
@@ -12,8 +13,7 @@ namespace orvanel {
 namespace {
 
 bool IsSpectrumFile(const std::string& name) {
-    const std::string upper = support::ToUpper(name);
-    return upper.ends_with(".TXT") || upper.ends_with(".MSP");
+    return support::IsFileOfKind(name, ".txt") || support::IsFileOfKind(name, ".msp");
 }
 
 }  // namespace

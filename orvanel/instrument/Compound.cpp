@@ -1,5 +1,6 @@
 #include "orvanel/instrument/Compound.h"
 
+#include <algorithm>
 #include <cmath>
 #include <set>
 #include <stdexcept>
@@ -8,6 +9,7 @@
 #include "orvanel/instrument/Fragmentation.h"
 #include "orvanel/instrument/InstrumentErrors.h"
 #include "orvanel/instrument/StrictIni.h"
+#include "support/FileNames.h"
 #include "support/NumberText.h"
 #include "support/Paths.h"
 #include "support/Text.h"
@@ -25,12 +27,24 @@ bool HasPrefix(const std::string& text, std::string_view prefix) {
     return text.size() > prefix.size() && support::EqualIgnoringCase(text.substr(0, prefix.size()), prefix);
 }
 
+/// A node's name as it stands somewhere. More blanks, which nobody sees, make no other name: one stands for several.
+std::string NodeName(std::string_view text) {
+    std::string name(support::Trim(text));
+    std::replace(name.begin(), name.end(), '\t', ' ');
+    const auto repeated = std::unique(name.begin(), name.end(), [](char a, char b) { return a == ' ' && b == ' '; });
+    name.erase(repeated, name.end());
+    return name;
+}
+
+std::string NodeNameBehind(std::string_view prefix, std::string_view text) {
+    return NodeName(text.substr(prefix.size()));
+}
+
 class CompoundReader {
   public:
     CompoundReader(const std::string& path, ports::ElementTable& elements, const support::Disk& disk)
         : file_(path, compoundFileFaulty, disk), elements_(elements) {
-        compound_.name = support::FileNameOf(path);
-        if (support::ToUpper(compound_.name).ends_with(".INI")) compound_.name.resize(compound_.name.size() - 4);
+        compound_.name = support::WithoutExtension(support::FileNameOf(path), ".ini");
     }
 
     Compound Read() {
@@ -51,7 +65,7 @@ class CompoundReader {
         compound_.title = file_.RequiredText(ion, "Title");
         compound_.ionFormula = file_.RequiredText(ion, "IonFormula");
         compound_.adduct = file_.RequiredText(ion, "Adduct");
-        compound_.root = file_.RequiredText(ion, "Precursor");
+        compound_.root = NodeName(file_.RequiredText(ion, "Precursor"));
         const std::string polarity = file_.RequiredText(ion, "Polarity");
         if (polarity != "positive" && polarity != "negative")
             file_.Fail(file_.Required(ion), *file_.Find(ion, "Polarity"), "is positive or negative");
@@ -67,7 +81,10 @@ class CompoundReader {
 
     void ReadNode(const StrictIni::Section& section) {
         TreeNode node;
-        node.name = support::Trim(section.name.substr(nodePrefix.size()));
+        node.name = NodeNameBehind(nodePrefix, section.name);
+        if (const auto other = nodeSections_.find(node.name); other != nodeSections_.end())
+            file_.Fail(section.line, "[Node " + node.name + "] stands in line " + std::to_string(other->second->line) +
+                                         " already; join the two");
         node.mz = file_.RequiredNumber(section.name, "Mz", {1, 100000});
         node.charge = file_.WholeNumber(section.name, "Charge", {1, 20}, compound_.charge);
         node.e50 = file_.RequiredNumber(section.name, "E50", {0.1, 10000});
@@ -76,18 +93,21 @@ class CompoundReader {
         node.backgroundShare = file_.Number(section.name, "BackgroundShare", {0, 1}, 0);
         if (const auto formula = file_.Find(section.name, "Formula")) node.formula = formula->value;
         for (const auto& entry : section.entries)
-            if (HasPrefix(entry.key, branchPrefix)) node.branches.push_back(ReadBranch(section, entry));
-        nodeLines_[node.name] = section.line;
+            if (HasPrefix(entry.key, branchPrefix)) AddBranch(node, section, entry);
+        nodeSections_[node.name] = &section;
         compound_.nodes[node.name] = node;
         if (compound_.nodes.size() > maximumNodes)
             file_.Fail(section.line, "There are more than " + std::to_string(maximumNodes) + " nodes");
     }
 
-    Branch ReadBranch(const StrictIni::Section& section, const StrictIni::Entry& entry) {
+    void AddBranch(TreeNode& node, const StrictIni::Section& section, const StrictIni::Entry& entry) {
+        const std::string product = NodeNameBehind(branchPrefix, entry.key);
+        for (const Branch& other : node.branches)
+            if (other.product == product) file_.Fail(section, entry, "occurs twice; remove one");
         const auto numbers = file_.Numbers(section, entry, 2, {-1000, 1000});
         if (numbers[0] <= 0) file_.Fail(section, entry, "the weight must be above 0");
         branchEntries_.push_back({section, entry});
-        return {std::string(support::Trim(entry.key.substr(branchPrefix.size()))), numbers[0], numbers[1]};
+        node.branches.push_back({product, numbers[0], numbers[1]});
     }
 
     void ReadBreakdown() {
@@ -104,8 +124,9 @@ class CompoundReader {
                     file_.Fail(section, voltages, "each voltage must be above the one before it");
             for (const auto& entry : section.entries) {
                 if (entry.line == voltages.line) continue;
-                if (compound_.nodes.count(entry.key) == 0) file_.Fail(section, entry, "there is no node of this name");
-                measured.shares[entry.key] = file_.Numbers(section, entry, measured.voltages.size(), {0, 1});
+                const std::string node = NodeNameIn(section, entry);
+                if (measured.shares.contains(node)) file_.Fail(section, entry, "occurs twice; remove one");
+                measured.shares[node] = file_.Numbers(section, entry, measured.voltages.size(), {0, 1});
             }
             if (measured.shares.count(compound_.root) == 0)
                 file_.Fail(section.line, "[Breakdown] has no key " + compound_.root + ", the precursor");
@@ -138,11 +159,18 @@ class CompoundReader {
             if (!support::EqualIgnoringCase(section.name, "Truth")) continue;
             for (const auto& entry : section.entries) {
                 const auto numbers = file_.Numbers(section, entry, 2, {0, 10000});
-                if (compound_.nodes.count(entry.key) == 0) file_.Fail(section, entry, "there is no node of this name");
+                const std::string node = NodeNameIn(section, entry);
                 if (numbers[1] > 1) file_.Fail(section, entry, "the share must be 0 to 1");
-                compound_.truth.push_back({entry.key, numbers[0], numbers[1]});
+                compound_.truth.push_back({node, numbers[0], numbers[1]});
             }
         }
+    }
+
+    /// The node that a key names.
+    std::string NodeNameIn(const StrictIni::Section& section, const StrictIni::Entry& entry) const {
+        std::string name = NodeName(entry.key);
+        if (!compound_.nodes.contains(name)) file_.Fail(section, entry, "there is no node of this name");
+        return name;
     }
 
     void CheckTree() {
@@ -150,20 +178,22 @@ class CompoundReader {
             file_.Fail(file_.Required("Compound"), *file_.Find("Compound", "Precursor"),
                        "there is no section [Node " + compound_.root + "]");
         for (const auto& [section, entry] : branchEntries_) {
-            const std::string product(support::Trim(entry.key.substr(branchPrefix.size())));
+            const std::string product = NodeNameBehind(branchPrefix, entry.key);
             if (product != lostProduct && compound_.nodes.count(product) == 0)
                 file_.Fail(section, entry, "there is no section [Node " + product + "] and it is not \"lost\"");
         }
         try {
             const auto order = NodesFromPrecursorDown(compound_);
             if (order.front() != compound_.root)
-                file_.Fail(nodeLines_.at(compound_.root), "[Node " + compound_.root + "] is the precursor, and " +
-                                                              "another node leads to it; a tree leads away from it");
+                file_.Fail(nodeSections_.at(compound_.root)->line,
+                           "[Node " + compound_.root + "] is the precursor, and " +
+                               "another node leads to it; a tree leads away from it");
             const std::set<std::string> reached(order.begin(), order.end());
-            for (const auto& [name, line] : nodeLines_)
-                if (reached.count(name) == 0) file_.Fail(line, "[Node " + name + "] is formed by no other node");
+            for (const auto& [name, section] : nodeSections_)
+                if (reached.count(name) == 0)
+                    file_.Fail(section->line, "[Node " + name + "] is formed by no other node");
         } catch (const CycleInTree& cycle) {
-            file_.Fail(nodeLines_.at(cycle.node),
+            file_.Fail(nodeSections_.at(cycle.node)->line,
                        "[Node " + cycle.node + "] is formed from itself; a tree leads from heavy ions to light ones");
         }
     }
@@ -175,7 +205,7 @@ class CompoundReader {
         const auto ionFormula = *file_.Find("Compound", "IonFormula");
         const Composition whole = Checked(ion, ionFormula, root);
         for (const auto& [name, node] : compound_.nodes) {
-            const auto& section = file_.Required(std::string(nodePrefix) + name);
+            const auto& section = *nodeSections_.at(name);
             if (node.mz * node.charge > root.mz * root.charge + formulaToleranceDa)
                 file_.Fail(section, *file_.Find(section.name, "Mz"), "is heavier than the precursor");
             const auto entry = file_.Find(section.name, "Formula");
@@ -201,7 +231,7 @@ class CompoundReader {
     StrictIni file_;
     ports::ElementTable& elements_;
     Compound compound_;
-    std::map<std::string, int> nodeLines_;
+    std::map<std::string, const StrictIni::Section*> nodeSections_;
     std::vector<std::pair<StrictIni::Section, StrictIni::Entry>> branchEntries_;
 };
 

@@ -8,6 +8,7 @@
 #include "orvanel/instrument/InstrumentErrors.h"
 #include "orvanel/instrument/StrictIni.h"
 #include "ports/HostError.h"
+#include "support/FileNames.h"
 #include "support/Files.h"
 #include "support/NumberText.h"
 #include "support/Paths.h"
@@ -174,7 +175,7 @@ InstrumentModel LoadInstrumentModel(const std::string& path, const support::Disk
 std::map<std::int32_t, InstrumentModel> LoadInstrumentModels(const std::string& folder, const support::Disk& disk) {
     std::map<std::int32_t, InstrumentModel> models;
     for (const std::string& name : AsHostError(modelFileFaulty, [&] { return support::FilesIn(folder, disk); })) {
-        if (!support::ToUpper(name).ends_with(".INI")) continue;
+        if (!support::IsFileOfKind(name, ".ini")) continue;
         const std::string path = support::JoinPath(folder, name);
         InstrumentModel model = LoadInstrumentModel(path, disk);
         const std::int32_t code = model.code;

@@ -11,7 +11,6 @@
 #include "support/FileNames.h"
 #include "support/Files.h"
 #include "support/Paths.h"
-#include "support/Text.h"
 
 namespace orvanel {
 
@@ -111,8 +110,7 @@ class AcquisitionMethodHandle : public ports::AcquisitionMethod {
     }
     void HostSaveMethodAs(const std::string& path, bool overwrite) override {
         const std::string name = support::FileNameOf(path);
-        if (name.size() <= 4 || !support::EqualIgnoringCase(name.substr(name.size() - 4), ".xmt"))
-            Fail(path, "the name of a method ends in .xmt");
+        if (!support::IsFileOfKind(name, ".xmt")) Fail(path, "the name of a method ends in .xmt");
         if (const std::string problem = support::FileNameProblem(name); !problem.empty())
             Fail(path, "the name of a method " + problem);
         if (!Exists(support::FolderExists, support::FolderOf(path)))

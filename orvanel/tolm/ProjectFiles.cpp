@@ -17,16 +17,11 @@ namespace {
 
 constexpr const char* methodsFolder = "Acquisition Methods";
 
-bool HasExtension(const std::string& name, const std::string& extension) {
-    return name.size() > extension.size() &&
-           support::EqualIgnoringCase(name.substr(name.size() - extension.size()), extension);
-}
-
 }  // namespace
 
 void CheckFileName(std::int32_t number, const std::string& what, const std::string& name,
                    const std::string& extension) {
-    if (!support::IsPortableName(name) || !HasExtension(name, extension))
+    if (!support::IsPortableName(name) || !support::IsFileOfKind(name, extension))
         throw ports::HostError(number, "\"" + support::Excerpt(name) + "\" is no name of a " + what +
                                            " file, expected is a file name without folder that ends in " + extension);
 }
@@ -35,7 +30,7 @@ void CheckDataFileName(const std::string& name) {
     std::string plain = name;
     std::replace(plain.begin(), plain.end(), '\\', '/');
     const auto parts = support::Split(plain, '/');
-    if (!std::all_of(parts.begin(), parts.end(), support::IsPortableName) || !HasExtension(name, ".vesk"))
+    if (!std::all_of(parts.begin(), parts.end(), support::IsPortableName) || !support::IsFileOfKind(name, ".vesk"))
         throw ports::HostError(errorNumber::badDataFile,
                                "\"" + support::Excerpt(name) +
                                    "\" is no name of a data file, expected is a path within the project's data folder "

@@ -36,4 +36,15 @@ TEST(FileNames, SayWhyANameCannotBeThatOfAFile) {
     }
 }
 
+TEST(FileNames, KindsOfFilesWhateverTheCase) {
+    for (const char* path : {"x.ini", "X.INI", "a.b.Ini", "/d.txt/x.ini", "d\\x.ini"}) {
+        EXPECT_TRUE(support::IsFileOfKind(path, ".ini")) << path;
+        EXPECT_EQ(support::WithoutExtension(path, ".INI").size() + 4, std::string(path).size()) << path;
+    }
+    for (const char* path : {".ini", "/d/.ini", "ini", "x.ini.bak", "x.ini/", "x.txt", ""}) {
+        EXPECT_FALSE(support::IsFileOfKind(path, ".ini")) << path;
+        EXPECT_EQ(support::WithoutExtension(path, ".ini"), path);
+    }
+}
+
 }  // namespace

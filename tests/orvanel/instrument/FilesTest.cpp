@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "orvanel/CompoundFolder.h"
 #include "support/Files.h"
 #include "tests/orvanel/instrument/InstrumentBench.h"
 #include "tests/support_files/TempFolder.h"
@@ -27,7 +28,7 @@ const char* const toluene =
 TEST(CompoundFile, ReadsWhatStandsThere) {
     const TempFolder folder;
     const std::string path = folder.File("Tropylium.INI");
-    support::WriteWholeFile(path, With(toluene, "[Node F]\n", "[Node F]\nBackgroundShare=0.1\nExcitationFactor=2\n"));
+    support::WriteWholeFile(path, With(toluene, "[Node F]\n", "[Node  F]\nBackgroundShare=0.1\nExcitationFactor=2\n"));
     const Compound compound = LoadCompound(path, *bench::Elements());
     EXPECT_EQ(compound.name, "Tropylium");
     EXPECT_EQ(compound.intensity, 2e5);
@@ -40,6 +41,16 @@ TEST(CompoundFile, ReadsWhatStandsThere) {
     EXPECT_EQ(compound.nodes.at("F").excitationFactor, 2);
     ASSERT_EQ(compound.truth.size(), 1u);
     EXPECT_EQ(compound.truth[0].ce, 28);
+}
+
+TEST(CompoundFile, IsFoundByItsNameWhateverTheCase) {
+    const TempFolder folder;
+    support::CreateFolders(folder.File("compounds"));
+    for (const char* name : {"Tropylium.INI", "benzyl.ini", ".ini", "notes.txt"})
+        support::WriteWholeFile(folder.File("compounds/") + name, toluene);
+    EXPECT_EQ(CompoundNames(folder.Path()), (std::vector<std::string>{"Tropylium", "benzyl"}));
+    EXPECT_EQ(FindCompoundFile(folder.Path(), "tropylium"), folder.File("compounds/Tropylium.INI"));
+    EXPECT_EQ(FindCompoundFile(folder.Path(), "Benzyl"), folder.File("compounds/benzyl.ini"));
 }
 
 TEST(CompoundFile, RefusesFaultsByFileLineAndKey) {
@@ -75,6 +86,13 @@ TEST(CompoundFile, RefusesFaultsByFileLineAndKey) {
          "[Node FFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFF]",
          ", line 15: \"Node FFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFF...\" is too "
          "long for a name, at most 100 bytes are allowed"},
+        {"[Truth]", "[Node  F]\nMz=65\nE50=4\nWidth=4\n[Truth]",
+         ", line 20: [Node F] stands in line 15 already; join the two"},
+        {"[Truth]", "[Node F x]\nMz=65\nE50=4\nWidth=4\n[Node F  x]\nMz=65\nE50=4\nWidth=4\n[Truth]",
+         ", line 24: [Node F x] stands in line 20 already; join the two"},
+        {"To F=0.5, 0", "To F=0.5, 0\nTo  F=0.2, 0", ", line 14: [Node P] To  F: occurs twice; remove one"},
+        {"[Truth]", "[Breakdown]\nVoltages=0, 9\nP=1, 0\nP =1, 1\n[Truth]",
+         ", line 23: [Breakdown] P: occurs twice; remove one"},
         {"[Node F]", "[Node P]", ", line 15: Section [Node P] occurs twice; join the two"},
         {"Precursor=P", "Precursor=Q", ", line 8: [Compound] Precursor: there is no section [Node Q]"},
         {"Polarity=positive", "Polarity=+", ", line 5: [Compound] Polarity: is positive or negative"},
