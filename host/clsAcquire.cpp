@@ -18,6 +18,11 @@ float Mirrored(float value) {
 
 }  // namespace
 
+std::int32_t RampCycles(float start, float stop, float step) {
+    const float span = std::abs(stop - start);
+    return support::ToInt32(static_cast<double>(span / step)) + 1;
+}
+
 clsAcquire::clsAcquire(RunState& runState) : runState_(runState) {
     IgnoreFailure("without the service the load fails, which is where callers look", [&] {
         if (runState.hostApplication) service_ = runState.hostApplication->GetAcquisitionService();
@@ -164,8 +169,7 @@ void clsAcquire::Step4d_SetRampingParamAndNumCycles(const std::string& strParamI
             const float start = mirrored ? Mirrored(sglStop) : sglStart;
             const float stop = mirrored ? Mirrored(sglStart) : sglStop;
             Required(period_).HostSetRampParameter(strParamId, start, stop, sglStep);
-            const float span = std::abs(stop - start);
-            cycles = support::ToInt32(static_cast<double>(span / sglStep)) + 1;
+            cycles = RampCycles(start, stop, sglStep);
         },
         [&] {
             return "Acquire: Error during setting of " + strParamId + " ramping parameter to " + GeneralText(sglStart) +

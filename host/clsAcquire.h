@@ -10,6 +10,10 @@
 
 namespace veltra {
 
+/// How many cycles a ramp takes, in single precision; 0 and fewer for a step that runs away from the stop.
+/// @throws support::RunTimeError 6 "Overflow" when there is no such number
+std::int32_t RampCycles(float start, float stop, float step);
+
 /// Turns one method file into the method of one scan: load, initialise, the step 3 and step 4 operations that the scan
 /// needs, save. One object serves one method; once it has failed it stays failed.
 class clsAcquire : public HostWrapper {

@@ -1,6 +1,9 @@
 #include "orvanel/InstrumentHelperImpl.h"
 
 #include "orvanel/HostErrorNumbers.h"
+#include "orvanel/instrument/Timing.h"
+#include "orvanel/methods/PlanCheck.h"
+#include "orvanel/methods/Validation.h"
 #include "ports/HostError.h"
 
 namespace orvanel {
@@ -48,6 +51,19 @@ std::vector<std::string> InstrumentHelperImpl::HostGetScanRates(std::int32_t mod
     for (const auto& step : found->second)
         rates.push_back(step.rateText);
     return rates;
+}
+
+std::string InstrumentHelperImpl::HostGetAcquisitionProblem(std::int32_t modelCode,
+                                                            const ports::PlannedAcquisition& plan) {
+    const InstrumentModel& model = Model(modelCode);
+    try {
+        CheckScanType(model, plan.scanType);
+        if (IsTrapScan(plan.scanType)) GetStepSizeForScanRate(modelCode, plan.scanType, plan.scanRate);
+        CheckPlan(model, plan);
+        return {};
+    } catch (const ports::HostError& error) {
+        return error.what();
+    }
 }
 
 const InstrumentModel& InstrumentHelperImpl::Model(std::int32_t modelCode) const {

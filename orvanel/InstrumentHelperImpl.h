@@ -22,6 +22,7 @@ class InstrumentHelperImpl : public ports::InstrumentHelper {
     bool IsLinearIonTrap(std::int32_t modelCode) override;
     double GetStepSizeForScanRate(std::int32_t modelCode, int scanType, const std::string& scanRate) override;
     std::vector<std::string> HostGetScanRates(std::int32_t modelCode, int scanType) override;
+    std::string HostGetAcquisitionProblem(std::int32_t modelCode, const ports::PlannedAcquisition& plan) override;
 
   private:
     const InstrumentModel& Model(std::int32_t modelCode) const;

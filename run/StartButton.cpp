@@ -2,6 +2,7 @@
 
 #include "host/clsTolmBatch.h"
 #include "run/InstrumentCheck.h"
+#include "run/SettingsCheck.h"
 #include "support/Text.h"
 
 namespace veltra {
@@ -35,6 +36,7 @@ StartButton::Outcome StartButton::Click() {
     if (!runState_.settings.AreSettingsValid(runState_.messageBoxes)) return Outcome::SettingsInvalid;
     // A host that was not there at program start may be there now.
     if (runState_.InstrumentModelCode == 0 && !CheckInstrument(runState_)) return Outcome::InstrumentRefused;
+    if (!CanBeAcquired(runState_)) return Outcome::SettingsInvalid;
     const FlagGuard running(running_);
     try {
         return Run();

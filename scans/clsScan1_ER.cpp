@@ -15,7 +15,6 @@ std::shared_ptr<clsItem_Peak> clsScan1_ER::Scan(double dblExpectedMZ, const clsI
 }
 
 void clsScan1_ER::BuildMethod(clsAcquire& acquire, const ScanRate& scanRate, const clsItem_FilePaths& filePaths) {
-    constexpr double halfWindowDa = 15.0;
     constexpr float transferCE = 10.0F;
     acquire.Step1_Load(filePaths.LastMethodFilePath);
     acquire.Step2_InitializeMethod(static_cast<std::int16_t>(ScanTypeCode::ER), scansToSum);

@@ -11,6 +11,7 @@ namespace veltra {
 /// Enhanced Resolution scan of 30 Da around the expected m/z: finds the actual 1st precursor within 1 Da of it.
 class clsScan1_ER : private ScanStage {
   public:
+    static constexpr double halfWindowDa = 15.0;      ///< how far the scan reaches on either side of the expected m/z
     static constexpr double parentToleranceDa = 1.0;  ///< how far from the expected m/z the parent may be
 
     explicit clsScan1_ER(RunState& runState) : ScanStage(runState) {}

@@ -108,25 +108,6 @@ class ExperimentHandle : public ports::Experiment {
     ExperimentPlace place_;
 };
 
-/// The range clipped to what the trap scans, its stop moved to a whole number of steps.
-MassRangeRecord Optimized(const InstrumentModel& model, MassRangeRecord range) {
-    using support::GeneralText;
-    const double start = std::max(range.start, model.trapMz.minimum);
-    const double limit = std::min(range.stop, model.trapMz.maximum);
-    const double wholeSteps = std::nearbyint((limit - start) / range.step);
-    double stop = start + wholeSteps * range.step;
-    if (stop > model.trapMz.maximum) stop -= range.step;
-    if (!(range.step > 0 && stop > start))
-        throw ports::HostError(errorNumber::notAcquirable,
-                               "The mass range from " + GeneralText(range.start) + " to " + GeneralText(range.stop) +
-                                   " Da by " + GeneralText(range.step) +
-                                   " Da leaves nothing to scan within the trap's " + GeneralText(model.trapMz.minimum) +
-                                   " to " + GeneralText(model.trapMz.maximum) + " Da, set another one");
-    range.start = start;
-    range.stop = stop;
-    return range;
-}
-
 class ExtendedExperimentHandle : public ports::ExtendedExperiment {
   public:
     explicit ExtendedExperimentHandle(ExperimentPlace place) : place_(std::move(place)) {}
@@ -163,7 +144,7 @@ class ExtendedExperimentHandle : public ports::ExtendedExperiment {
         if (!IsTrapScan(experiment.scanType)) return;
         auto ranges = experiment.massRanges;
         for (auto& range : ranges)
-            range = Optimized(place_.Model(), range);
+            range = OptimizedRange(place_.Model(), range);
         Change().massRanges = std::move(ranges);
     }
     void HostSetExcitationTime(double excitationTimeMs) override {
@@ -181,6 +162,24 @@ class ExtendedExperimentHandle : public ports::ExtendedExperiment {
 };
 
 }  // namespace
+
+MassRangeRecord OptimizedRange(const InstrumentModel& model, MassRangeRecord range) {
+    using support::GeneralText;
+    const double start = std::max(range.start, model.trapMz.minimum);
+    const double limit = std::min(range.stop, model.trapMz.maximum);
+    const double wholeSteps = std::nearbyint((limit - start) / range.step);
+    double stop = start + wholeSteps * range.step;
+    if (stop > model.trapMz.maximum) stop -= range.step;
+    if (!(range.step > 0 && stop > start))
+        throw ports::HostError(errorNumber::notAcquirable,
+                               "The mass range from " + GeneralText(range.start) + " to " + GeneralText(range.stop) +
+                                   " Da by " + GeneralText(range.step) +
+                                   " Da leaves nothing to scan within the trap's " + GeneralText(model.trapMz.minimum) +
+                                   " to " + GeneralText(model.trapMz.maximum) + " Da, set another one");
+    range.start = start;
+    range.stop = stop;
+    return range;
+}
 
 std::unique_ptr<ports::Experiment> CreateExperiment(const ExperimentPlace& place) {
     place.Find();

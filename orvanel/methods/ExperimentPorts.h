@@ -19,6 +19,10 @@ struct ExperimentPlace {
     void MarkChanged() const { method->unsavedChanges = true; }
 };
 
+/// The range clipped to what the trap scans, its stop moved to a whole number of steps.
+/// @throws ports::HostError when nothing of it is left
+MassRangeRecord OptimizedRange(const InstrumentModel& model, MassRangeRecord range);
+
 /// Both @throws ports::HostError when there is no such experiment.
 std::unique_ptr<ports::Experiment> CreateExperiment(const ExperimentPlace& place);
 std::unique_ptr<ports::ExtendedExperiment> CreateExtendedExperiment(const ExperimentPlace& place);

@@ -38,6 +38,33 @@ TEST(StartButton, InvalidSettingsStartNothing) {
     EXPECT_FALSE(bench.state.AbortRequested);
 }
 
+TEST(StartButton, WhatTheInstrumentCannotPerformStartsNothing) {
+    ButtonBench bench;
+    const double expectedMz = bench.settings.ExpectedMZ;
+    bench.settings.Advanced_Q1MIDPRampStart = 100;
+    bench.settings.Advanced_Q1MIDPRampStop = 0;
+    bench.settings.Advanced_Q1MIDPRampStep = -5;
+    bench.fake.acquisitionProblem = [](const ports::PlannedAcquisition& plan) {
+        return plan.cycles < 1 ? "There are " + std::to_string(plan.cycles) + " cycles" : std::string();
+    };
+    EXPECT_EQ(bench.button.Click(), Outcome::SettingsInvalid);
+    bench.ExpectReported({{"The instrument cannot perform the Q1MI DP scan with these settings: There are -19 cycles. "
+                           "Please update the Settings.",
+                           MessageIcon::None}},
+                         {});
+    EXPECT_EQ(bench.display.calls, Texts());
+
+    // The run is the first to know what is possible at another parent only, or what the host cannot tell now.
+    bench.fake.applicationIsRunning = false;
+    bench.fake.acquisitionProblem = [&](const ports::PlannedAcquisition& plan) {
+        return std::string(plan.start == expectedMz || plan.firstPrecursor == expectedMz ? "no" : "");
+    };
+    EXPECT_EQ(bench.button.Click(), Outcome::InitializationFailed);
+    bench.fake.acquisitionProblem = [](const auto&) -> std::string { throw RunBench::hostError; };
+    EXPECT_EQ(bench.button.Click(), Outcome::InitializationFailed);
+    bench.boxes.shown.clear();
+}
+
 TEST(StartButton, FailedInitialisationPutsTheWindowBack) {
     ButtonBench bench;
     bench.fake.applicationIsRunning = false;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -75,8 +76,11 @@ class Pause : public ports::Pause {
 
 class InstrumentHelper : public ports::InstrumentHelper {
   public:
-    InstrumentHelper(std::int32_t modelCode, const std::map<std::string, double>& stepSizes)
-        : modelCode_(modelCode), stepSizes_(stepSizes) {}
+    using AcquisitionProblem = std::function<std::string(const ports::PlannedAcquisition&)>;
+
+    InstrumentHelper(std::int32_t modelCode, const std::map<std::string, double>& stepSizes,
+                     AcquisitionProblem acquisitionProblem = {})
+        : modelCode_(modelCode), stepSizes_(stepSizes), acquisitionProblem_(std::move(acquisitionProblem)) {}
 
     std::int32_t GetInstrumentModelCode() override { return modelCode_; }
     bool IsLinearIonTrap(std::int32_t) override { return true; }
@@ -86,10 +90,14 @@ class InstrumentHelper : public ports::InstrumentHelper {
         return found->second;
     }
     std::vector<std::string> HostGetScanRates(std::int32_t, int) override { return {}; }
+    std::string HostGetAcquisitionProblem(std::int32_t, const ports::PlannedAcquisition& plan) override {
+        return acquisitionProblem_ ? acquisitionProblem_(plan) : "";
+    }
 
   private:
     std::int32_t modelCode_;
     const std::map<std::string, double>& stepSizes_;
+    AcquisitionProblem acquisitionProblem_;
 };
 
 class ElementTable : public ports::ElementTable {
@@ -129,6 +137,7 @@ class FakeHost : public ports::Host {
     FakeData data;
     std::vector<FakeBatch> submitted;
     std::map<std::string, double> stepSizes{{"1000", 0.06}, {"4000 Da/s", 0.12}};  ///< Da, by scan rate
+    fake::InstrumentHelper::AcquisitionProblem acquisitionProblem;  ///< none: the instrument can do everything
     std::map<std::string, std::vector<ports::Isotope>> elements;
     std::map<std::string, std::string> registry;
     /// The queue's status at one read after the other; the last one stays. Nothing: the value is missing.
@@ -141,7 +150,7 @@ class FakeHost : public ports::Host {
     VELTRA_FAKE_HANDLE(QueueServer, HostQueueServer, ())
     VELTRA_FAKE_HANDLE(Pause, CreatePause, ())
     VELTRA_FAKE_HANDLE(DataExploration, CreateDataExploration, (), data)
-    VELTRA_FAKE_HANDLE(InstrumentHelper, CreateInstrumentHelper, (), modelCode, stepSizes)
+    VELTRA_FAKE_HANDLE(InstrumentHelper, CreateInstrumentHelper, (), modelCode, stepSizes, acquisitionProblem)
     VELTRA_FAKE_HANDLE(ElementTable, OpenElementTable, (const std::string&), elements)
     std::optional<std::string> RegRead(const std::string& path) override {
         if (path == statusPath) {

@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "ports/DataExploration.h"
+#include "ports/InstrumentHelper.h"
 #include "ports/TolmService.h"
 #include "support/NumberText.h"
 #include "tests/support_files/Garbage.h"
@@ -167,6 +168,9 @@ class HostCalls {
     static std::string ArgumentText(ports::TolmBatch::SampleField field) {
         using Field = ports::TolmBatch::SampleField;
         return field == Field::SampleName ? "SampleName" : field == Field::SampleId ? "SampleId" : "RackPosition";
+    }
+    static std::string ArgumentText(const ports::PlannedAcquisition& plan) {
+        return "scan type " + std::to_string(plan.scanType);
     }
     template <std::integral Whole>
     static std::string ArgumentText(Whole value) {

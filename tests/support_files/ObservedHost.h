@@ -76,6 +76,8 @@ class ObservedInstrumentHelper : public Observed<ports::InstrumentHelper> {
                     override, modelCode, scanType, scanRate)
     VELTRA_OBSERVED(std::vector<std::string>, HostGetScanRates, (std::int32_t modelCode, int scanType), override,
                     modelCode, scanType)
+    VELTRA_OBSERVED(std::string, HostGetAcquisitionProblem,
+                    (std::int32_t modelCode, const ports::PlannedAcquisition& plan), override, modelCode, plan)
 };
 
 class ObservedElementTable : public Observed<ports::ElementTable> {

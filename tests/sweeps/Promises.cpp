@@ -279,7 +279,7 @@ void ExpectTold(const ShortRun& run, Outcome outcome, const Fault& fault) {
     std::vector<RecordedMessageBoxes::Box> boxes = run.boxes.shown;
     for (auto& box : boxes)
         box.text = run.Anonymous(box.text);
-    const bool isInitialised = outcome != Outcome::InitializationFailed;
+    const bool isInitialised = outcome != Outcome::InitializationFailed && outcome != Outcome::SettingsInvalid;
     const auto texts = TextsOf(run, run.display.log);
     for (const auto& box : boxes)
         EXPECT_EQ(std::count(texts.begin(), texts.end(), box.text), isInitialised ? 1 : 0) << box.text;
@@ -436,7 +436,8 @@ void ExpectPromises(ShortRun& run, Outcome outcome, const Fault& fault, const Re
         ExpectLogAndReport(run, outcome);
         ExpectLogOf(reference, run, fault);
     } else {
-        EXPECT_TRUE(outcome == Outcome::InitializationFailed || outcome == Outcome::InstrumentRefused);
+        EXPECT_TRUE(outcome == Outcome::InitializationFailed || outcome == Outcome::InstrumentRefused ||
+                    outcome == Outcome::SettingsInvalid);
         EXPECT_EQ(run.run.results, nullptr);
         EXPECT_EQ(run.calls.CountOf("TolmSubmitBatch"), 0);
         EXPECT_TRUE(support::SubFolders(run.DataFolder()).empty()) << "an output folder of a run that did not start";

@@ -163,6 +163,15 @@ TEST_P(HostPortsConformance, InstrumentHelper) {
         }
         EXPECT_GT(slower, 0);
     }
+    ports::PlannedAcquisition plan;
+    plan.scanType = 12;
+    plan.scanRate = under_.scanRate;
+    plan.start = under_.expectedMz - 15;
+    plan.stop = under_.expectedMz + 15;
+    EXPECT_EQ(helper->HostGetAcquisitionProblem(model, plan), "");
+    plan.cycles = 0;
+    EXPECT_NE(helper->HostGetAcquisitionProblem(model, plan), "");
+    EXPECT_THROW(helper->HostGetAcquisitionProblem(-5, plan), HostError);
     EXPECT_THROW(helper->IsLinearIonTrap(-5), HostError);
     EXPECT_THROW(helper->HostGetScanRates(model, 1), HostError);
     EXPECT_THROW(helper->GetStepSizeForScanRate(model, 12, under_.scanRate + "x"), HostError);

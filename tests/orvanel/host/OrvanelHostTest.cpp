@@ -158,6 +158,66 @@ TEST_F(OrvanelHost, NotRunning) {
               "1502: Scan rate \"1e3\" is not offered by model 27 for scan type 12, which has 250, 1000, 4000, 10000");
 }
 
+TEST_F(OrvanelHost, TellsBeforehandWhatItWouldRefuse) {
+    const auto helper = host->CreateInstrumentHelper();
+    const ports::PlannedAcquisition er{
+        .scanType = 12, .scanRate = "1000", .start = 594, .stop = 624, .scansToSum = 3, .cycles = 20};
+    const ports::PlannedAcquisition ramp{
+        .scanType = 1, .start = 609, .stop = 609, .dwellTimeMs = 100, .cycles = 21, .ramp{{"DP", 0, 100, 5}}};
+    const ports::PlannedAcquisition mrm{.scanType = 4, .start = 609, .step = 195, .dwellTimeMs = 50};
+    const ports::PlannedAcquisition ms3{.scanType = 13,
+                                        .scanRate = "1000",
+                                        .start = 10,
+                                        .stop = 9000,
+                                        .optimizesMassRange = true,
+                                        .fixedFillTimeMs = 20,
+                                        .firstPrecursor = 609,
+                                        .secondPrecursor = 195,
+                                        .parameters = {{"CE", 40}}};
+    const struct {
+        ports::PlannedAcquisition plan;
+        std::function<void(ports::PlannedAcquisition&)> change;
+        const char* problem;
+    } cases[] = {
+        {er, [](auto&) {}, ""},
+        {ramp, [](auto&) {}, ""},
+        {mrm, [](auto&) {}, ""},
+        {ms3, [](auto&) {}, ""},
+        {er, [](auto& plan) { plan.scanType = 2; }, "Scan type 2 is not known, there are 1, 4, 11, 12 and 13"},
+        {er, [](auto& plan) { plan.scanRate = "fast"; },
+         "Scan rate \"fast\" is not offered by model 27 for scan type 12, which has 250, 1000, 4000, 10000"},
+        {er, [](auto& plan) { plan.start = 35; },
+         "The method cannot be acquired: the start of a mass range is 35, allowed is 50 to 1700"},
+        {er, [](auto& plan) { plan.cycles = 0; },
+         "Number of cycles of 0 is impossible, allowed is a whole number from 1 to 100000"},
+        {er, [](auto& plan) { plan.cycles = 90'000; },
+         "The method would measure 45090000 points, more than the 40000000 of a data file, set fewer cycles or larger "
+         "steps"},
+        {ramp, [](auto& plan) { plan.ramp->step = 0.001F; },
+         "Ramp of DP from 0 to 100 by 0.001 has more than 100000 values, set a larger step"},
+        {ramp, [](auto& plan) { plan.dwellTimeMs = 0; },
+         "Dwell time of 0 ms is impossible, allowed is above 0 and up to 10000 ms"},
+        {ramp, [](auto& plan) { plan.start = plan.stop = 1801; },
+         "Mass range 1801, 1801, 0 is no single mass, expected are mass, mass and 0 with the mass from 5 to 1800 Da"},
+        {mrm, [](auto& plan) { plan.step = 4; },
+         "Mass range 609, 0, 4 is no transition, expected are Q1, 0 and Q3 with Q1 and Q3 from 5 to 1800 Da"},
+        {ms3, [](auto& plan) { plan.fixedFillTimeMs = 0.01; },
+         "Fill time of 0.01 ms is impossible, allowed is from 0.05 to 10000 ms"},
+        {ms3, [](auto& plan) { plan.parameters[0].value = 400; },
+         "CE of 400 is impossible on model 27 (Orvanel LIT), allowed is a magnitude from 0 to 200"},
+        {ms3, [](auto& plan) { plan.start = 1800; },
+         "The mass range from 1800 to 9000 Da by 0.06 Da leaves nothing to scan within the trap's 50 to 1700 Da, set "
+         "another one"},
+        {ms3, [](auto& plan) { plan.firstPrecursor = 2000; },
+         "Precursor m/z of 2000 Da is impossible, allowed is from 5 to 1800 Da"},
+    };
+    for (const auto& one : cases) {
+        auto plan = one.plan;
+        one.change(plan);
+        EXPECT_EQ(helper->HostGetAcquisitionProblem(27, plan), one.problem);
+    }
+}
+
 TEST_F(OrvanelHost, AWrongSetUpIsRefused) {
     const auto config = orvanel::ReadOrvanelConfig(facts.orvanelIniPath, VELTRA_APP_LOCATION);
     const auto errorWith = [&](const std::function<void(orvanel::OrvanelConfig&)>& change) {
