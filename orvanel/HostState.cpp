@@ -112,9 +112,8 @@ QueuedSample HostState::PrepareSample(const std::string& methodPath) const {
     } catch (const support::FileError& error) {
         throw ports::HostError(errorNumber::methodFileUnreadable, error.what());
     }
-    const double delayMs = config_.faults.equilibrationDelayS * 1000;
-    sample.preparationMs = PreparationMs(*massSpec, *model_) + delayMs;
-    sample.durationMs = ExpectedDurationMs(*massSpec, *model_) + delayMs;
+    sample.delayMs = config_.faults.equilibrationDelayS * 1000;
+    sample.durationMs = ExpectedDurationMs(*massSpec, *model_);
     return sample;
 }
 
@@ -137,7 +136,7 @@ void HostState::AcquireAndWrite(const QueuedSample& sample) const {
     context.noiseLevel = config_.noiseLevel;
     context.faults = config_.faults;
     AcquiredData data = Acquire(sample.method, *model_, sample_, *elements_, context);
-    const double agoMs = clock_.ElapsedMs() - (sample.startedMs + sample.preparationMs);
+    const double agoMs = clock_.ElapsedMs() - (sample.startedMs + PreparationMs(sample.method, *model_));
     data.startTimestamp = IsoTimestamp(clock_.Time() - std::chrono::duration_cast<HostClock::TimePoint::duration>(
                                                            std::chrono::duration<double, std::milli>(agoMs)));
     data.methodName = support::FileNameOf(sample.methodPath);

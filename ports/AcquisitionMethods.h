@@ -90,7 +90,7 @@ class MassSpecMethod {
     virtual int HostGetMethodOperatingMode() const = 0;
     /// @return the operating mode that the mass spectrometer is in now
     virtual int HostGetCurrentOperatingMode() const = 0;
-    /// @return the expected acquisition time in milliseconds
+    /// @return the expected acquisition time in milliseconds, from when the queue says that it acquires (3)
     virtual double HostGetExpectedDuration() const = 0;
 };
 

@@ -16,7 +16,7 @@ namespace orvanel {
 struct AcquisitionContext {
     std::uint64_t seed = 1;
     std::uint64_t acquisitionNumber = 1;  ///< counted from 1 since the host started; with the seed it fixes all noise
-    double instrumentTimeS = 0;           ///< nominal instrument time at the start of the acquisition, for drifts
+    double instrumentTimeS = 0;           ///< nominal instrument time at its start, its preparation ahead; for drifts
     double noiseLevel = 1;                ///< factor on spray, chemical noise and mass error; 0 leaves none of them
     bool countingStatistics = true;       ///< false gives expected values: the noise-free signal
     FaultSettings faults;                 ///< those of the spray and the mass scale act whatever the noise level is

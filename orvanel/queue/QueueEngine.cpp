@@ -64,7 +64,8 @@ QueueStatus QueueEngine::Status() {
 }
 
 double QueueEngine::StartOfFirst() const {
-    return std::max({samples_.front().submittedMs, freeSinceMs_, runningSinceMs_});
+    const QueuedSample& first = samples_.front();
+    return std::max({first.submittedMs, freeSinceMs_, runningSinceMs_}) + first.delayMs;
 }
 
 void QueueEngine::CatchUp() {
@@ -82,8 +83,8 @@ void QueueEngine::CatchUp() {
 
 void QueueEngine::Finish(QueuedSample sample, double endMs) {
     sample.acquisitionNumber = ++acquisitions_;
-    sample.nominalTimeMs = nominalTimeMs_ + sample.preparationMs;
-    nominalTimeMs_ += sample.durationMs;
+    sample.nominalTimeMs = nominalTimeMs_ + sample.delayMs;
+    nominalTimeMs_ = sample.nominalTimeMs + sample.durationMs;
     freeSinceMs_ = endMs;
     std::string failure;
     try {
@@ -102,7 +103,9 @@ void QueueEngine::Finish(QueuedSample sample, double endMs) {
 void QueueEngine::Publish() {
     QueueStatus status = lastOutcome_;
     if (!samples_.empty()) {
-        const bool acquiring = running_ && clock_.ElapsedMs() >= StartOfFirst() + samples_.front().preparationMs;
+        // All of the announced duration is spent acquiring, so that onlookers can tell how far it is. At the moment at
+        // which it is submitted a sample waits.
+        const bool acquiring = running_ && clock_.ElapsedMs() > StartOfFirst();
         status = acquiring ? QueueStatus::Acquiring : QueueStatus::Waiting;
     }
     if (status == published_) return;

@@ -17,15 +17,15 @@ enum class QueueStatus { Idle = 0, Waiting = 2, Acquiring = 3, Finished = 4, Fai
 struct QueuedSample {
     std::string methodPath;
     std::string dataFilePath;
-    MassSpecRecord method;     ///< as it stood when the sample was submitted
-    std::string methodText;    ///< the document it was read from
-    double preparationMs = 0;  ///< start and equilibration, part of the duration
-    double durationMs = 0;
+    MassSpecRecord method;                ///< as it stood when the sample was submitted
+    std::string methodText;               ///< the document it was read from
+    double delayMs = 0;                   ///< before the acquisition begins, beyond what its method announces
+    double durationMs = 0;                ///< as its method announces it: start, equilibration and all cycles
     double submittedMs = 0;               ///< on the clock; set by the queue, as are those below
-    double startedMs = 0;                 ///< on the clock
+    double startedMs = 0;                 ///< on the clock, the delay over
     std::uint64_t acquisitionNumber = 0;  ///< counted from 1
-    /// Nominal instrument time at the first cycle: what was acquired before and this sample's preparation. It does not
-    /// depend on how fast the clock runs or how long the queue was idle, so that the same run gives the same data.
+    /// Nominal instrument time at the start: what was acquired before, with its delays. It does not depend on how fast
+    /// the clock runs or how long the queue was idle, so that the same run gives the same data.
     double nominalTimeMs = 0;
 };
 
@@ -62,6 +62,7 @@ class QueueEngine {
   private:
     void CatchUp();
     void Finish(QueuedSample sample, double endMs);
+    /// When the first sample begins to be acquired, or did.
     double StartOfFirst() const;
     void Publish();
 

@@ -5,6 +5,7 @@
 
 #include "ports/HostError.h"
 #include "support/Files.h"
+#include "support/NumberText.h"
 #include "tests/support_files/WholeRun.h"
 
 /// Whole runs whose log and report are compared with the files of tests/data/runs, to the letter. After a wanted change
@@ -35,6 +36,24 @@ std::vector<Box> Boxes(const WholeRun& run) {
     return boxes;
 }
 
+/// What the bar is told to show adds up to what it was told to expect, give or take a few polls.
+void ExpectFullProgressBars(const WholeRun& run) {
+    const std::string start = "ProgressBarStart(";
+    const std::string update = "ProgressBarUpdate(";
+    double expectedMs = 0;
+    double shownMs = 0;
+    int bars = 0;
+    for (const auto& call : run.display.calls) {
+        if (call.starts_with(start)) expectedMs = support::LeadingNumber(call.substr(start.size()));
+        if (call.starts_with(update)) shownMs += support::LeadingNumber(call.substr(update.size()));
+        if (call != "ProgressBarEnd()") continue;
+        EXPECT_NEAR(shownMs, expectedMs, 400);
+        shownMs = 0;
+        ++bars;
+    }
+    EXPECT_EQ(bars, run.calls.CountOf("TolmSubmitBatch"));
+}
+
 TEST(WholeRun, CompletesInBothPolaritiesAndWithoutEPAndCEP) {
     struct Case {
         const char* name;
@@ -50,6 +69,7 @@ TEST(WholeRun, CompletesInBothPolaritiesAndWithoutEPAndCEP) {
         EXPECT_EQ(run.Start(), Outcome::Completed);
         EXPECT_EQ(Boxes(run), std::vector<Box>());
         ExpectFiles(run, name);
+        ExpectFullProgressBars(run);
     }
 }
 
@@ -106,7 +126,7 @@ TEST(WholeRun, EndsWithAHostThatFails) {
     const Case cases[] = {
         {"queue-does-not-start", "HostQueueRun", 1, "Queue: Error starting Queue"},
         {"method-not-saved", "HostSaveMethodAs", 2,
-         "Acquire: Error during saving of " + methods + "Q1MI_RampDP_609.301.xmt"},
+         "Acquire: Error during saving of " + methods + "Q1MI_RampDP_609.298.xmt"},
         {"batch-not-submitted", "TolmSubmitBatch", 1, "Tolm Batch: Error submitting Tolm Batch"},
         {"data-not-loaded", "ExploreLoadTIC", 2, "Explore Data: Error loading TIC"},
         {"logoff-fails", "TolmLogoff", 1, "Tolm Batch: Error during Tolm logoff"},

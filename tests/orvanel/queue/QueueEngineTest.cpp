@@ -12,11 +12,11 @@ using orvanel::QueueStatus;
 
 class QueueEngineTest : public testing::Test {
   protected:
-    QueuedSample Sample(const std::string& name, double durationMs = 1000, double preparationMs = 400) {
+    QueuedSample Sample(const std::string& name, double durationMs = 600, double delayMs = 400) {
         QueuedSample sample;
         sample.dataFilePath = name;
         sample.durationMs = durationMs;
-        sample.preparationMs = preparationMs;
+        sample.delayMs = delayMs;
         return sample;
     }
     void Start() {
@@ -52,13 +52,13 @@ TEST_F(QueueEngineTest, RunsOneSampleThroughItsTimeline) {
     EXPECT_EQ(StatusAfter(100), 0);
     queue_.Submit(Sample("a"));
     EXPECT_EQ(StatusAfter(0), 2);
-    EXPECT_EQ(StatusAfter(399), 2);
+    EXPECT_EQ(StatusAfter(400), 2);
     EXPECT_EQ(StatusAfter(1), 3);
-    EXPECT_EQ(StatusAfter(599), 3);
+    EXPECT_EQ(StatusAfter(598), 3);
     EXPECT_TRUE(acquired_.empty());
     EXPECT_EQ(StatusAfter(1), 4);
     ASSERT_EQ(acquired_.size(), 1U);
-    EXPECT_EQ(acquired_[0].startedMs, 105);
+    EXPECT_EQ(acquired_[0].startedMs, 505);
     EXPECT_EQ(StatusAfter(1e6), 4);
     queue_.Submit(Sample("b"));
     EXPECT_EQ(StatusAfter(0), 2);  // never the old 4
@@ -80,20 +80,20 @@ TEST_F(QueueEngineTest, SamplesFollowEachOtherAndAreCaughtUpWithInOneStep) {
     Start();
     queue_.Submit(Sample("a"));
     clock_.Sleep(300);
-    queue_.Submit(Sample("b", 2000, 500));
+    queue_.Submit(Sample("b", 1500, 500));
     queue_.Submit(Sample("c"));
-    EXPECT_EQ(StatusAfter(3000), 2);  // 3300: a and b are done, c is preparing since 3000
+    EXPECT_EQ(StatusAfter(3000), 2);  // 3300: a and b are done, c is delayed until 3400
     ASSERT_EQ(acquired_.size(), 2U);
-    EXPECT_EQ(acquired_[1].startedMs, 1000);
+    EXPECT_EQ(acquired_[1].startedMs, 1500);
     EXPECT_EQ(acquired_[1].acquisitionNumber, 2U);
     EXPECT_EQ(acquired_[1].nominalTimeMs, 1500);
-    EXPECT_EQ(StatusAfter(100), 3);
-    EXPECT_EQ(StatusAfter(600), 4);
+    EXPECT_EQ(StatusAfter(101), 3);
+    EXPECT_EQ(StatusAfter(599), 4);
     EXPECT_EQ(acquired_[2].nominalTimeMs, 3400);
     EXPECT_EQ(StatusAfter(50000), 4);
     queue_.Submit(Sample("d"));
     EXPECT_EQ(StatusAfter(1000), 4);
-    EXPECT_EQ(acquired_[3].startedMs, 54000);
+    EXPECT_EQ(acquired_[3].startedMs, 54400);
     EXPECT_EQ(acquired_[3].nominalTimeMs, 4400);  // the idle time does not count
 }
 
