@@ -12,6 +12,7 @@
 #include <string>
 #include <string_view>
 
+#include "orvanel/data/MzmlArrays.h"
 #include "orvanel/data/MzmlGuard.h"
 #include "support/NumberText.h"
 
@@ -309,7 +310,7 @@ DataFileContent ReadMzml(std::string text, std::size_t pointLimit, std::size_t e
     text.erase(end + endTag.size());
     text.erase(0, begin);
     text = PlainMarkup(std::move(text));
-    CheckUnpackedSize(text, pointLimit);
+    CheckPackedArrays(text, pointLimit);
     text = Renumbered(text, "<spectrum ");
     text = Renumbered(text, "<chromatogram ");
     msdata::Serializer_mzML::Config config;

@@ -1,9 +1,6 @@
 #include "orvanel/data/MzmlGuard.h"
 
-#include <zlib.h>
-
 #include <algorithm>
-#include <array>
 #include <charconv>
 #include <cstdint>
 #include <optional>
@@ -11,64 +8,11 @@
 #include <string>
 #include <utility>
 
+#include "orvanel/data/XmlTag.h"
 #include "support/Text.h"
 
 namespace orvanel {
 namespace {
-
-/// Bytes of a point's m/z, intensity and ramped value.
-constexpr std::size_t bytesPerPoint = 3 * sizeof(double);
-
-bool IsBlank(char c) {
-    return c == ' ' || c == '\n' || c == '\r' || c == '\t';
-}
-
-/// The bytes that a base64 text stands for, up to the first character that belongs to none; blanks and line ends do not
-/// count.
-std::string FromBase64(std::string_view text) {
-    constexpr std::string_view digits = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-    static constexpr auto values = [digits] {
-        std::array<signed char, 256> table{};
-        table.fill(-1);
-        for (std::size_t i = 0; i < digits.size(); ++i)
-            table[static_cast<unsigned char>(digits[i])] = static_cast<signed char>(i);
-        return table;
-    }();
-    std::string bytes;
-    bytes.reserve(text.size() / 4 * 3 + 3);
-    unsigned bits = 0;
-    int count = 0;
-    for (const char c : text) {
-        if (IsBlank(c)) continue;
-        const int value = values[static_cast<unsigned char>(c)];
-        if (value < 0) break;
-        bits = bits << 6 | static_cast<unsigned>(value);
-        count += 6;
-        if (count < 8) continue;
-        count -= 8;
-        bytes += static_cast<char>(bits >> count & 0xFF);
-    }
-    return bytes;
-}
-
-/// How many bytes come out of a zlib stream, counted until they exceed the limit; 0 when it is no such stream.
-std::size_t InflatedSize(std::string packed, std::size_t limit) {
-    z_stream stream{};
-    if (inflateInit(&stream) != Z_OK) throw std::runtime_error("its compressed arrays cannot be unpacked");
-    stream.next_in = reinterpret_cast<Bytef*>(packed.data());
-    stream.avail_in = static_cast<uInt>(packed.size());
-    std::array<Bytef, 65536> unpacked;
-    std::size_t size = 0;
-    int state = Z_OK;
-    while (state == Z_OK && size <= limit) {
-        stream.next_out = unpacked.data();
-        stream.avail_out = static_cast<uInt>(unpacked.size());
-        state = inflate(&stream, Z_NO_FLUSH);
-        size += unpacked.size() - stream.avail_out;
-    }
-    inflateEnd(&stream);
-    return size;
-}
 
 constexpr std::size_t longestReference = 12;
 
@@ -124,68 +68,85 @@ std::string Escaped(std::uint32_t code) {
 [[noreturn]] void Refuse(std::string_view text, std::size_t at, const std::string& reason) {
     const auto line = 1 + std::count(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(at), '\n');
     throw std::runtime_error("line " + std::to_string(line) + ": \"" + support::Excerpt(text.substr(at), 40) + "\" " +
-                             reason + ", so this is not sound XML");
+                             reason);
+}
+
+[[noreturn]] void RefuseXml(std::string_view text, std::size_t at, const std::string& reason) {
+    Refuse(text, at, reason + ", so this is not sound XML");
 }
 
 void CheckReferences(std::string_view text, std::size_t begin, std::size_t end) {
     const std::string_view part = text.substr(0, end);  // a search must not go on to the end of the file each time
     for (auto at = part.find('&', begin); at != std::string_view::npos; at = part.find('&', at + 1))
-        if (!IsReference(text.substr(at))) Refuse(text, at, "is no character reference");
+        if (!IsReference(text.substr(at))) RefuseXml(text, at, "is no character reference");
 }
 
-/// Walks through one tag.
-class TagScanner {
-  public:
-    TagScanner(std::string_view text, std::size_t at) : text_(text), at_(at) {}
+/// The compressions of the PSI-MS vocabulary that are not read: what unpacks them in the library does not look where
+/// the packed bytes end, or is missing.
+struct Compression {
+    std::uint32_t term;
+    const char* name;
+};
+constexpr Compression unreadCompressions[] = {
+    {1002312, "MS-Numpress linear prediction"},
+    {1002313, "MS-Numpress positive integer"},
+    {1002314, "MS-Numpress short logged float"},
+    {1002746, "MS-Numpress linear prediction and zlib"},
+    {1002747, "MS-Numpress positive integer and zlib"},
+    {1002748, "MS-Numpress short logged float and zlib"},
+    {1003088, "truncation and zlib"},
+    {1003089, "truncation, delta prediction and zlib"},
+    {1003090, "truncation, linear prediction and zlib"},
+};
 
-    /// @return the place behind the tag, npos where it is not well-formed
-    std::size_t End() {
-        Take("<");
-        Take("/");
-        if (!TakeName()) return std::string_view::npos;
-        for (;;) {
-            const bool blank = TakeBlanks();
-            if (Take(">") || Take("/>")) return at_;
-            if (!blank || !TakeAttribute()) return std::string_view::npos;
-        }
-    }
+/// What mzML does not allow in tags, but the library takes.
+class TagRules {
+  public:
+    /// @param at where the tag begins in the text
+    void Check(const XmlTag& tag, std::string_view text, std::size_t at);
 
   private:
-    bool Take(std::string_view expected) {
-        if (!text_.substr(at_).starts_with(expected)) return false;
-        at_ += expected.size();
-        return true;
-    }
-    bool TakeBlanks() {
-        const std::size_t before = at_;
-        while (at_ < text_.size() && IsBlank(text_[at_]))
-            ++at_;
-        return at_ > before;
-    }
-    bool TakeName() {
-        const std::size_t before = at_;
-        while (at_ < text_.size() && !IsBlank(text_[at_]) &&
-               std::string_view("<>/=\"'&!?").find(text_[at_]) == std::string_view::npos)
-            ++at_;
-        return at_ > before;
-    }
-    bool TakeAttribute() {
-        if (!TakeName()) return false;
-        TakeBlanks();
-        if (!Take("=")) return false;
-        TakeBlanks();
-        const char quote = at_ < text_.size() ? text_[at_] : ' ';
-        if (quote != '"' && quote != '\'') return false;
-        const std::size_t closing = text_.find(quote, at_ + 1);
-        if (closing == std::string_view::npos || text_.substr(at_, closing - at_).find('<') != std::string_view::npos)
-            return false;
-        at_ = closing + 1;
-        return true;
-    }
+    static void CheckTerm(std::string_view accession, std::string_view text, std::size_t at);
 
-    std::string_view text_;
-    std::size_t at_;
+    std::size_t groups_ = 0;  ///< groups of parameters that are open
 };
+
+void TagRules::Check(const XmlTag& tag, std::string_view text, std::size_t at) {
+    if (tag.name == "referenceableParamGroup") {
+        if (!tag.closing && !tag.empty) ++groups_;
+        if (tag.closing && groups_ > 0) --groups_;
+    }
+    // The library would follow them in circles, and over many ways to one group.
+    if (tag.name == "referenceableParamGroupRef" && !tag.closing && groups_ > 0)
+        Refuse(text, at, "stands in a group of parameters; groups that refer to groups are not mzML");
+    for (const auto& [name, value] : tag.attributes)
+        if (name == "accession") CheckTerm(value, text, at);
+}
+
+/// The library takes the number behind the colon as C does, with blanks, signs and overflow, so that a term can be
+/// written in ways that do not show which one it is.
+void TagRules::CheckTerm(std::string_view accession, std::string_view text, std::size_t at) {
+    constexpr std::size_t mostDigits = 8;
+    const auto quoted = [&] { return "has the accession \"" + support::Excerpt(accession, 40) + "\""; };
+    const auto isWordPart = [](char c) {
+        return support::IsDigit(c) || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '_' || c == '-' ||
+               c == '.';
+    };
+    const std::size_t colon = accession.find(':');
+    if (colon == std::string_view::npos) return;
+    const std::string_view number = accession.substr(colon + 1);
+    const auto digits =
+        static_cast<std::size_t>(std::find_if_not(number.begin(), number.end(), support::IsDigit) - number.begin());
+    if (!std::all_of(number.begin(), number.end(), isWordPart) || number.starts_with('-') || digits > mostDigits)
+        Refuse(text, at, quoted() + ", which names no term");
+    std::uint32_t term = 0;
+    std::from_chars(number.data(), number.data() + digits, term);
+    for (const auto& [unread, name] : unreadCompressions)
+        if (term == unread && accession.starts_with("MS:"))
+            Refuse(text, at,
+                   "says that an array is compressed by " + std::string(name) +
+                       ", which is not read; write the file with zlib compression, or with none");
+}
 
 constexpr std::string_view cdataOpening = "<![CDATA[";
 constexpr std::string_view cdataClosing = "]]>";
@@ -202,24 +163,27 @@ std::optional<std::size_t> OtherMarkupEnd(std::string_view text, std::size_t at)
     return std::nullopt;
 }
 
-/// The place behind a tag, comment, CDATA section or instruction; npos where it is not well-formed.
-std::size_t MarkupEnd(std::string_view text, std::size_t at) {
-    const auto other = OtherMarkupEnd(text, at);
-    return other ? *other : TagScanner(text, at).End();
-}
-
 }  // namespace
 
 void CheckMarkup(std::string_view text, std::size_t begin, std::size_t end) {
     const std::string_view part = text.substr(0, end);
+    if (const auto zero = part.find('\0', begin); zero != std::string_view::npos)
+        RefuseXml(part, zero, "begins with a byte 0");
+    TagRules rules;
     for (std::size_t at = begin; at < end;) {
         const std::size_t markup = std::min(part.find('<', at), end);
         CheckReferences(part, at, markup);
         if (markup == end) return;
-        at = MarkupEnd(part, markup);
-        if (at == std::string_view::npos) Refuse(part, markup, "is no sound tag");
-        const bool tag = part[markup + 1] != '!' && part[markup + 1] != '?';
-        if (tag) CheckReferences(part, markup, at);
+        if (const auto other = OtherMarkupEnd(part, markup)) {
+            at = *other;
+        } else if (const auto tag = XmlTagAt(part, markup)) {
+            at = tag->end;
+            CheckReferences(part, markup, at);
+            rules.Check(*tag, part, markup);
+        } else {
+            at = std::string_view::npos;
+        }
+        if (at == std::string_view::npos) RefuseXml(part, markup, "is no sound tag");
     }
 }
 
@@ -245,22 +209,6 @@ std::string PlainMarkup(std::string text) {
         }
     }
     return plain;
-}
-
-void CheckUnpackedSize(std::string_view mzml, std::size_t pointLimit) {
-    constexpr std::string_view opening = "<binary";
-    const std::size_t limit = pointLimit * bytesPerPoint;
-    std::size_t total = 0;
-    for (auto at = mzml.find(opening); at != std::string_view::npos; at = mzml.find(opening, at + 1)) {
-        const auto behind = at + opening.size();
-        if (behind >= mzml.size() || std::string_view("> \t\r\n").find(mzml[behind]) == std::string_view::npos)
-            continue;
-        const auto begin = mzml.find('>', behind);
-        if (begin == std::string_view::npos) return;
-        const auto end = mzml.find('<', begin);
-        total += InflatedSize(FromBase64(mzml.substr(begin + 1, end - begin - 1)), limit - total);
-        if (total > limit) throw std::runtime_error("it holds more data points than can be explored");
-    }
 }
 
 }  // namespace orvanel

@@ -8,7 +8,9 @@ namespace orvanel {
 
 // What the mzML library does not look after itself.
 
-/// Refuses tags and character references that are not well-formed, behind whose end the library would read on.
+/// Refuses tags and character references that are not well-formed, behind whose end the library would read on; groups
+/// of parameters that refer to groups, which it would follow without end; and compressions that it cannot unpack
+/// safely.
 /// @param begin, end the part of the text that is looked at
 /// @throws std::runtime_error naming the line
 void CheckMarkup(std::string_view text, std::size_t begin, std::size_t end);
@@ -17,10 +19,5 @@ void CheckMarkup(std::string_view text, std::size_t begin, std::size_t end);
 /// (for which it reads beyond its memory), CDATA sections as ordinary text, and there are no comments and instructions.
 /// @param text passed by CheckMarkup
 std::string PlainMarkup(std::string text);
-
-/// Refuses an mzML text whose compressed arrays would unpack to more than so many points can need. Zeros shrink to a
-/// thousandth, so that a small file could fill the memory before its points can be counted.
-/// @throws std::runtime_error
-void CheckUnpackedSize(std::string_view mzml, std::size_t pointLimit);
 
 }  // namespace orvanel

@@ -7,6 +7,7 @@
 
 #include "orvanel/data/DataReader.h"
 #include "orvanel/data/MzmlAdapter.h"
+#include "orvanel/data/MzmlArrays.h"
 #include "orvanel/data/MzmlGuard.h"
 #include "ports/HostError.h"
 #include "support/Files.h"
@@ -155,16 +156,41 @@ std::string ForeignSpectrum(const std::string& id, int level, const std::string&
 }
 
 TEST_F(DataReader, CountsWhatCompressedArraysUnpackToBeforeTheyDo) {
-    auto data = SampleScan(1);
-    data.cycles[0].mz.resize(2000);
-    data.cycles[0].intensity.assign(2000, 1);
-    std::iota(data.cycles[0].mz.begin(), data.cycles[0].mz.end(), 100);
+    constexpr std::size_t points = 20000;
+    auto data = SampleScan(3);
+    for (auto& cycle : data.cycles) {
+        cycle.mz.resize(points);
+        cycle.intensity.assign(points, 1);
+        std::iota(cycle.mz.begin(), cycle.mz.end(), 100);
+    }
     orvanel::WriteDataFile(path, data);
     const auto text = support::ReadWholeFile(path);
-    EXPECT_EQ(orvanel::ReadMzml(text, 2001, 0).spectra.size(), 1u);
-    EXPECT_NO_THROW(
-        orvanel::CheckUnpackedSize(text, 1001));  // 2000 doubles and 2000 singles are 24 bytes for 1000 points
-    EXPECT_THROW(orvanel::CheckUnpackedSize(text, 999), std::runtime_error);
+    const auto check = [](const std::string& mzml, std::size_t pointLimit) -> std::string {
+        try {
+            orvanel::CheckPackedArrays(mzml, pointLimit);
+        } catch (const std::runtime_error& error) {
+            return error.what();
+        }
+        return "good";
+    };
+    // 60000 doubles and 60000 singles, and the few of the total, are 24 bytes for 30003 points.
+    const char* const tooMany = "it holds more data points than can be explored";
+    EXPECT_EQ(check(text, 30003), "good");
+    EXPECT_EQ(check(text, 29999), tooMany);
+    EXPECT_EQ(check(text, points - 1), tooMany);
+    EXPECT_EQ(check("<spectrum defaultArrayLength=\"30004\">", 30003), tooMany);
+    const auto with = [&](const std::string& old, const std::string& replacement) {
+        auto damaged = text;
+        for (auto at = damaged.find(old); at != std::string::npos; at = damaged.find(old, at + replacement.size()))
+            damaged.replace(at, old.size(), replacement);
+        return check(damaged, 30003);
+    };
+    EXPECT_EQ(with("defaultArrayLength=\"20000\"", "defaultArrayLength=\"8192\""),
+              "spectrum 1: an array unpacks to more than the 8192 values that it should have");
+    EXPECT_EQ(with("defaultArrayLength=\"3\"", "defaultArrayLength=\"-3\""),
+              "chromatogram 1: defaultArrayLength is \"-3\", which is no number of points");
+    EXPECT_EQ(with("</binary>", "<cvParam/></binary>"), "spectrum 1: an array holds something else than its values");
+    EXPECT_EQ(with("<binary>", "<binary>=="), "spectrum 1: an array holds what is no base64 text");
 }
 
 TEST_F(DataReader, HandsTheLibraryPlainMarkupOnly) {
@@ -187,11 +213,34 @@ TEST_F(DataReader, RefusesMarkupThatIsNotWellFormed) {
         "<!DOCTYPE a> | <?x | </> | <a/ >";
     for (const auto& text : support::Split(bad, '|'))
         EXPECT_THROW(check(std::string(support::Trim(text))), std::runtime_error) << text;
-    try {
-        check("<a>\n<b c d='e'>");
-    } catch (const std::runtime_error& error) {
-        EXPECT_STREQ(error.what(), "line 2: \"<b c d='e'>\" is no sound tag, so this is not sound XML");
-    }
+    const std::string group = "<referenceableParamGroup id='g'>";
+    const std::string reference = "<referenceableParamGroupRef ref='g'/>";
+    EXPECT_NO_THROW(check(group + "</referenceableParamGroup><referenceableParamGroup/>" + reference));
+    EXPECT_NO_THROW(
+        check("<cvParam accession='MS:1000574'/><cvParam accession='UO:1002312'/><a accession='X:C12_3'/>"));
+    const std::pair<std::string, std::string> refused[] = {
+        {"<b c d='e'>", "\"<b c d='e'>\" is no sound tag, so this is not sound XML"},
+        {group + reference,
+         "\"<referenceableParamGroupRef ref='g'/>\" stands in a group of parameters; groups that "
+         "refer to groups are not mzML"},
+        {group + "</a></referenceableParamGroup>" + group + reference + "</referenceableParamGroup>", ""},
+        {std::string("<a\0/>", 5), ""},
+        {"<cvParam accession='MS:1002312'/>",
+         "\"<cvParam accession='MS:1002312'/>\" says that an array is compressed by MS-Numpress linear prediction, "
+         "which is not read; write the file with zlib compression, or with none"},
+        {"<cvParam accession='MS:01003090x'/>", ""},
+        {"<cvParam accession='MS: 1000574'/>",
+         "\"<cvParam accession='MS: 1000574'/>\" has the accession \"MS: 1000574\", which names no term"},
+        {"<cvParam accession='UO:4295969608'/>", ""},
+        {"<cvParam accession='MS:-1'/>", ""},
+        {"<cvParam accession='MS:1002&#51;12'/>", ""}};
+    for (const auto& [text, reason] : refused)
+        try {
+            check("<a>\n" + text);
+            ADD_FAILURE() << text;
+        } catch (const std::runtime_error& error) {
+            EXPECT_THAT(error.what(), testing::StartsWith("line 2: " + reason));
+        }
 }
 
 TEST_F(DataReader, TakesTheExperimentOfTheFirstSpectrumFromAForeignFile) {
