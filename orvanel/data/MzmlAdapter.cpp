@@ -12,6 +12,7 @@
 #include <string>
 #include <string_view>
 
+#include "orvanel/data/ExperimentIndex.h"
 #include "orvanel/data/MzmlArrays.h"
 #include "orvanel/data/MzmlGuard.h"
 #include "support/NumberText.h"
@@ -22,9 +23,6 @@ namespace {
 using namespace pwiz::cv;
 namespace msdata = pwiz::msdata;
 using pwiz::data::ParamContainer;
-
-constexpr double samePrecursorDa = 0.05;
-constexpr double sameWindowDa = 0.5;
 
 double NumberOf(const std::string& text, const std::string& where) {
     const auto value = support::ParseDouble(text);
@@ -44,24 +42,30 @@ std::optional<double> UserNumber(const ParamContainer& container, const char* na
     return NumberOf(param.value, where + ": " + name);
 }
 
-/// What no instrument reaches; values beyond it would overflow in sums or keep the peak finder busy without end.
-constexpr double highestMz = 1e6;
-constexpr double highestIntensity = 1e30;
-constexpr double furthestX = 1e9;  ///< times in minutes, ramped values
+struct Range {
+    double lowest;
+    double highest;
+};
 
-void RequireUpTo(double limit, double value, const std::string& where) {
+/// What no instrument leaves; values beyond it would overflow in sums or keep the peak finder busy without end.
+constexpr Range mzRange = {0, 1e6};
+constexpr Range intensityRange = {-1e30, 1e30};
+constexpr Range xRange = {-1e9, 1e9};  ///< times in minutes, ramped values
+constexpr std::size_t mostPrecursors = 100;
+
+void RequireWithin(const Range& range, double value, const std::string& where) {
     if (!std::isfinite(value)) throw std::runtime_error(where + " holds a value that is no finite number");
-    if (std::abs(value) > limit)
-        throw std::runtime_error(where + " holds " + support::GeneralText(value) + ", allowed is up to " +
-                                 support::GeneralText(limit));
+    if (value < range.lowest || value > range.highest)
+        throw std::runtime_error(where + " holds " + support::GeneralText(value) + ", allowed is " +
+                                 support::GeneralText(range.lowest) + " to " + support::GeneralText(range.highest));
 }
 
 /// Copies an array, checked to be finite and of no absurd magnitude.
-std::vector<double> ValuesOf(const msdata::BinaryDataArrayPtr& array, double limit, const std::string& where) {
+std::vector<double> ValuesOf(const msdata::BinaryDataArrayPtr& array, const Range& range, const std::string& where) {
     if (!array) return {};
     std::vector<double> values(array->data.begin(), array->data.end());
     for (const double value : values)
-        RequireUpTo(limit, value, where);
+        RequireWithin(range, value, where);
     return values;
 }
 
@@ -75,7 +79,6 @@ class MzmlExtractor {
 
   private:
     void ReadSpectra();
-    std::size_t CountIn(const ExperimentKind& kind);
     void ReadChromatograms();
     void TakePoints(std::size_t count);
     void AddSpectrum(const msdata::Spectrum& spectrum, const std::string& where);
@@ -98,9 +101,11 @@ bool IsMassSpectrum(const msdata::Spectrum& spectrum) {
 }
 
 std::optional<double> PrecursorMz(const msdata::Precursor& precursor, const std::string& where) {
-    const auto target = TermNumber(precursor.isolationWindow, MS_isolation_window_target_m_z, where);
-    if (target || precursor.selectedIons.empty()) return target;
-    return TermNumber(precursor.selectedIons.front(), MS_selected_ion_m_z, where);
+    auto mz = TermNumber(precursor.isolationWindow, MS_isolation_window_target_m_z, where);
+    if (!mz && !precursor.selectedIons.empty())
+        mz = TermNumber(precursor.selectedIons.front(), MS_selected_ion_m_z, where);
+    if (mz) RequireWithin(mzRange, *mz, where + ": the precursor");
+    return mz;
 }
 
 ExperimentKind KindOf(const msdata::Spectrum& spectrum, const std::string& where) {
@@ -112,6 +117,8 @@ ExperimentKind KindOf(const msdata::Spectrum& spectrum, const std::string& where
     kind.msLevel = static_cast<int>(level);
     for (const auto& precursor : spectrum.precursors)
         if (const auto mz = PrecursorMz(precursor, where)) kind.precursors.push_back(*mz);
+    if (kind.precursors.size() > mostPrecursors)
+        throw std::runtime_error(where + " has more than " + std::to_string(mostPrecursors) + " precursors");
     // Other programs list the last isolation first.
     if (!spectrum.precursors.empty() &&
         spectrum.precursors.front().isolationWindow.userParam(dataParameter::precursor).empty())
@@ -121,17 +128,9 @@ ExperimentKind KindOf(const msdata::Spectrum& spectrum, const std::string& where
         kind.lowMz = TermNumber(windows.front(), MS_scan_window_lower_limit, where).value_or(0);
         kind.highMz = TermNumber(windows.back(), MS_scan_window_upper_limit, where).value_or(0);
     }
+    for (const double limit : {kind.lowMz, kind.highMz})
+        RequireWithin(mzRange, limit, where + ": the scan window");
     return kind;
-}
-
-bool AreOneExperiment(const ExperimentKind& a, const ExperimentKind& b) {
-    const auto within = [](double tolerance) {
-        return [tolerance](double x, double y) { return std::abs(x - y) <= tolerance; };
-    };
-    return a.msLevel == b.msLevel && a.polarity == b.polarity && a.profile == b.profile &&
-           within(sameWindowDa)(a.lowMz, b.lowMz) && within(sameWindowDa)(a.highMz, b.highMz) &&
-           std::equal(a.precursors.begin(), a.precursors.end(), b.precursors.begin(), b.precursors.end(),
-                      within(samePrecursorDa));
 }
 
 /// Points in order of m/z; a negative intensity, which some baseline corrections leave, counts as zero.
@@ -152,11 +151,23 @@ void SortPoints(StoredSpectrum& stored) {
     stored.intensity.swap(sorted.intensity);
 }
 
+/// How many of a unit of time are a minute. No unit is taken for minutes.
+double UnitsPerMinute(CVID unit, const std::string& where) {
+    switch (unit) {
+        case CVID_Unknown:
+        case UO_minute:
+            return 1;
+        case UO_second:
+            return 60;
+        case UO_millisecond:
+            return 60000;
+        default:
+            throw std::runtime_error(where + " is in a unit other than minute, second and millisecond");
+    }
+}
+
 double MinutesOf(const msdata::CVParam& time, const std::string& where) {
-    const double value = NumberOf(time.value, where + ": scan start time");
-    if (time.units == UO_second) return value / 60;
-    if (time.units == UO_millisecond) return value / 60000;
-    return value;
+    return NumberOf(time.value, where) / UnitsPerMinute(time.units, where);
 }
 
 void MzmlExtractor::AddSpectrum(const msdata::Spectrum& spectrum, const std::string& where) {
@@ -173,12 +184,12 @@ void MzmlExtractor::AddSpectrum(const msdata::Spectrum& spectrum, const std::str
     stored.timeMinutes = content_.spectra.empty() ? 0 : content_.spectra.back().timeMinutes;
     if (!spectrum.scanList.scans.empty()) {
         const auto time = spectrum.scanList.scans.front().cvParam(MS_scan_start_time);
-        if (!time.empty() && !time.value.empty()) stored.timeMinutes = MinutesOf(time, where);
+        if (!time.empty() && !time.value.empty()) stored.timeMinutes = MinutesOf(time, where + ": the scan start time");
     }
-    RequireUpTo(furthestX, stored.timeMinutes, where + ": the scan start time");
-    RequireUpTo(furthestX, stored.rampValue.value_or(0), where + ": the ramp value");
-    stored.mz = ValuesOf(spectrum.getMZArray(), highestMz, where + ": the m/z array");
-    stored.intensity = ValuesOf(spectrum.getIntensityArray(), highestIntensity, where + ": the intensity array");
+    RequireWithin(xRange, stored.timeMinutes, where + ": the scan start time");
+    RequireWithin(xRange, stored.rampValue.value_or(0), where + ": the ramp value");
+    stored.mz = ValuesOf(spectrum.getMZArray(), mzRange, where + ": the m/z array");
+    stored.intensity = ValuesOf(spectrum.getIntensityArray(), intensityRange, where + ": the intensity array");
     if (stored.mz.size() != stored.intensity.size())
         throw std::runtime_error(where + " has " + std::to_string(stored.mz.size()) + " m/z values but " +
                                  std::to_string(stored.intensity.size()) + " intensities");
@@ -187,29 +198,21 @@ void MzmlExtractor::AddSpectrum(const msdata::Spectrum& spectrum, const std::str
     content_.spectra.push_back(std::move(stored));
 }
 
-/// @return the experiment that a spectrum of this kind belongs to
-std::size_t MzmlExtractor::CountIn(const ExperimentKind& kind) {
-    auto& all = content_.experiments;
-    auto found = std::find_if(all.begin(), all.end(),
-                              [&](const ExperimentSummary& known) { return AreOneExperiment(known.kind, kind); });
-    if (found == all.end()) found = all.insert(all.end(), {kind, 0});
-    ++found->spectra;
-    return static_cast<std::size_t>(found - all.begin());
-}
-
 void MzmlExtractor::ReadSpectra() {
     const auto list = document_.run.spectrumListPtr;
     if (!list) return;
+    ExperimentIndex experiments;
     for (std::size_t i = 0; i < list->size(); ++i) {
         const std::string where = "spectrum " + std::to_string(i + 1);
         const auto header = list->spectrum(i, false);
         if (!header || !IsMassSpectrum(*header)) continue;
-        if (CountIn(KindOf(*header, where)) != experiment_) continue;
+        if (experiments.Count(KindOf(*header, where)) != experiment_) continue;
         if (header->defaultArrayLength > pointsLeft_) TakePoints(header->defaultArrayLength);
         const auto spectrum = list->spectrum(i, true);
         if (!spectrum) throw std::runtime_error(where + " is missing");
         AddSpectrum(*spectrum, where);
     }
+    content_.experiments = experiments.Experiments();
     if (experiment_ > 0 && experiment_ >= content_.experiments.size())
         throw std::runtime_error("it holds " + std::to_string(content_.experiments.size()) +
                                  " experiments; there is no experiment " + std::to_string(experiment_ + 1));
@@ -228,14 +231,15 @@ void MzmlExtractor::AddChromatogram(const msdata::Chromatogram& chromatogram, co
     if (!total && !q1) return;
     trace.q1 = q1.value_or(0);
     trace.q3 = TermNumber(chromatogram.product.isolationWindow, MS_isolation_window_target_m_z, where).value_or(0);
+    RequireWithin(mzRange, trace.q3, where + ": the product");
 
     const auto times = chromatogram.getTimeArray();
-    trace.timeMinutes = ValuesOf(times, furthestX, where + ": the time array");
-    const CVID unit = times ? times->cvParam(MS_time_array).units : UO_minute;
-    if (unit == UO_second)
-        for (double& time : trace.timeMinutes)
-            time /= 60;
-    trace.intensity = ValuesOf(chromatogram.getIntensityArray(), highestIntensity, where + ": the intensity array");
+    const std::string timeArray = where + ": the time array";
+    trace.timeMinutes = ValuesOf(times, xRange, timeArray);
+    const double perMinute = times ? UnitsPerMinute(times->cvParam(MS_time_array).units, timeArray) : 1;
+    for (double& time : trace.timeMinutes)
+        time /= perMinute;
+    trace.intensity = ValuesOf(chromatogram.getIntensityArray(), intensityRange, where + ": the intensity array");
     if (trace.timeMinutes.size() != trace.intensity.size())
         throw std::runtime_error(where + " has " + std::to_string(trace.timeMinutes.size()) + " times but " +
                                  std::to_string(trace.intensity.size()) + " intensities");
@@ -243,7 +247,7 @@ void MzmlExtractor::AddChromatogram(const msdata::Chromatogram& chromatogram, co
     if (!ramped.empty()) {
         for (const auto& array : chromatogram.binaryDataArrayPtrs)
             if (array && array->cvParam(MS_non_standard_data_array).value == ramped)
-                trace.rampValues = ValuesOf(array, furthestX, where + ": the array of " + ramped);
+                trace.rampValues = ValuesOf(array, xRange, where + ": the array of " + ramped);
         if (trace.rampValues.size() != trace.timeMinutes.size())
             throw std::runtime_error(where + " has not one value of " + ramped + " for each point");
         content_.rampParameter = ramped;

@@ -125,7 +125,7 @@ void MzmlBuilder::DescribeFile(msdata::MSData& document) const {
 void MzmlBuilder::DescribeInstrument(msdata::MSData& document) const {
     auto software = boost::make_shared<msdata::Software>("Orvanel");
     software->set(MS_custom_unreleased_software_tool, "Orvanel");
-    software->version = "0.1.0";
+    software->version = VELTRA_VERSION;
     document.softwarePtrs.push_back(software);
 
     auto instrument = boost::make_shared<msdata::InstrumentConfiguration>("IC1");

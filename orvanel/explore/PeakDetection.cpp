@@ -220,11 +220,11 @@ double PeakDetection::IonHeight() const {
 
 std::vector<NoiseSample> PeakDetection::NominalMaxima() const {
     std::vector<NoiseSample> samples;
-    double mass = -1;
+    double mass = 0;  // of the last sample
     for (std::size_t i = 0; i < mz_.size(); ++i) {
         const double nominal = std::round(mz_[i] / nominalMassDa);
         if ((nominal - 0.5) * nominalMassDa < mz_.front() || (nominal + 0.5) * nominalMassDa > mz_.back()) continue;
-        if (nominal != mass) samples.push_back({mz_[i], 0});
+        if (samples.empty() || nominal != mass) samples.push_back({mz_[i], 0});
         mass = nominal;
         samples.back().height = std::max(samples.back().height, smooth_[i]);
     }

@@ -81,13 +81,17 @@ SpectrumNoise::SpectrumNoise(const std::vector<NoiseSample>& samples, double low
 
 void SpectrumNoise::LimitByNeighbours() {
     const auto estimates = windows_;
-    for (auto& window : windows_)
-        for (const auto& neighbour : estimates) {
-            const double aboveDa = neighbour.centerMz - window.centerMz;
-            if (std::abs(aboveDa) > neighbourReachDa) continue;
+    auto first = estimates.begin();
+    for (auto& window : windows_) {
+        while (window.centerMz - first->centerMz > neighbourReachDa)
+            ++first;
+        for (auto neighbour = first; neighbour != estimates.end(); ++neighbour) {
+            const double aboveDa = neighbour->centerMz - window.centerMz;
+            if (aboveDa > neighbourReachDa) break;
             const double rise = std::exp(std::max(0.0, aboveDa) / shortestFallDa);
-            window.threshold = std::min(window.threshold, neighbourTolerance * rise * neighbour.threshold);
+            window.threshold = std::min(window.threshold, neighbourTolerance * rise * neighbour->threshold);
         }
+    }
 }
 
 double SpectrumNoise::ThresholdAt(double mz) const {

@@ -6,6 +6,7 @@
 #include <numeric>
 
 #include "orvanel/data/DataReader.h"
+#include "orvanel/data/ExperimentIndex.h"
 #include "orvanel/data/MzmlAdapter.h"
 #include "orvanel/data/MzmlArrays.h"
 #include "orvanel/data/MzmlGuard.h"
@@ -13,6 +14,7 @@
 #include "support/Files.h"
 #include "support/Text.h"
 #include "tests/orvanel/data/SampleData.h"
+#include "tests/orvanel/explore/SyntheticSpectrum.h"
 #include "tests/orvanel/instrument/InstrumentBench.h"
 #include "tests/support_files/TempFolder.h"
 
@@ -292,13 +294,67 @@ TEST_F(DataReader, TakesTheExperimentOfTheFirstSpectrumFromAForeignFile) {
          {std::tuple{"AACAPwAAQEA=", "AACAPw==", ""},
           {"AACAPwAAQEA=", "AADAfwAAQEA=", "spectrum 1: the intensity array holds a value that is no finite number"},
           {rising, "AAAAAAAAWUAAAACAgIROQQ==",  // 100, 4000001
-           "spectrum 1: the m/z array holds 4000001, allowed is up to 1000000"}}) {
+           "spectrum 1: the m/z array holds 4000001, allowed is 0 to 1000000"},
+          {rising, "AAAAAAAA+L8AAAAAAABpQA==",  // -1.5, 200
+           "spectrum 1: the m/z array holds -1.5, allowed is 0 to 1000000"}}) {
         auto damaged = text;
         damaged.replace(damaged.find(old), std::string(old).size(), replacement);
         support::WriteWholeFile(folder.File("G.mzML"), damaged);
         EXPECT_THAT(FailureOf(folder.File("G.mzML")), HasSubstr(reason));
         EXPECT_NE(FailureOf(folder.File("G.mzML")), "no error");
     }
+}
+
+TEST_F(DataReader, ReadsTimesInTheirUnit) {
+    const auto data = SampleScan(2);
+    orvanel::WriteDataFile(path, data);
+    const auto written = support::ReadWholeFile(path);
+    const std::string minute = "UO:0000031";
+    for (const auto& [unit, perMinute] : {std::pair{minute, 1.0}, {"UO:0000010", 60.0}, {"UO:0000028", 60000.0}}) {
+        auto text = written;
+        for (auto at = text.find(minute); at != std::string::npos; at = text.find(minute, at + 1))
+            text.replace(at, minute.size(), unit);
+        const auto content = orvanel::ReadMzml(text, 1000, 0);
+        EXPECT_EQ(content.spectra[1].timeMinutes, data.cycles[1].timeMinutes / perMinute) << unit;
+        EXPECT_EQ(content.total->timeMinutes[1], data.cycles[1].timeMinutes / perMinute) << unit;
+    }
+    for (const auto& [place, reason] : {std::pair{written.find(minute), "spectrum 1: the scan start time"},
+                                        {written.rfind(minute), "chromatogram 1: the time array"}}) {
+        auto text = written;
+        text.replace(place, minute.size(), "UO:0000032");  // hours
+        support::WriteWholeFile(path, text);
+        EXPECT_THAT(FailureOf(path),
+                    HasSubstr(reason + std::string(" is in a unit other than minute, second and millisecond")));
+    }
+}
+
+/// Against a search through all experiments, with values about the tolerances apart.
+TEST_F(DataReader, SortsManyKindsOfSpectraAsASearchThroughAllExperimentsWould) {
+    TestRandom random(1);
+    const auto about = [&](double value, double step) { return value + step * static_cast<int>(6 * random.Uniform()); };
+    orvanel::ExperimentIndex index;
+    std::vector<orvanel::ExperimentKind> firsts;
+    for (int i = 0; i < 5000; ++i) {
+        orvanel::ExperimentKind kind;
+        kind.msLevel = 2 + i % 2;
+        kind.profile = i % 3 == 0;
+        kind.lowMz = about(0, 0.2);
+        kind.highMz = about(100, 0.25);
+        for (int k = 1; k < kind.msLevel; ++k)
+            kind.precursors.push_back(about(609.28, 0.02));
+        const auto within = [](double tolerance) {
+            return [tolerance](double a, double b) { return std::abs(a - b) <= tolerance; };
+        };
+        const auto found = std::find_if(firsts.begin(), firsts.end(), [&](const orvanel::ExperimentKind& first) {
+            return first.msLevel == kind.msLevel && first.profile == kind.profile &&
+                   within(0.5)(first.lowMz, kind.lowMz) && within(0.5)(first.highMz, kind.highMz) &&
+                   std::equal(first.precursors.begin(), first.precursors.end(), kind.precursors.begin(), within(0.05));
+        });
+        ASSERT_EQ(index.Count(kind), static_cast<std::size_t>(found - firsts.begin())) << i;
+        if (found == firsts.end()) firsts.push_back(kind);
+    }
+    EXPECT_EQ(index.Experiments().size(), firsts.size());
+    EXPECT_GT(firsts.size(), 40u);
 }
 
 TEST_F(DataReader, TellsExperimentsApartByPrecursorsAndScanWindow) {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "orvanel/explore/SpectrumNoise.h"
 #include "tests/orvanel/explore/PickerStudy.h"
 
 namespace {
@@ -158,12 +159,39 @@ TEST(PeakFinder, NoiseAloneIsNoPeakAndAParentStandsOutOfIt) {
     EXPECT_LT(found, 24);  // in 80 spectra
 }
 
+TEST(PeakFinder, NoiseEndsNotWithinSomeHundredDaltons) {
+    struct Case {
+        double busyFrom, busyTo, at, quietAt, most;  ///< most: times the noise of the quiet masses
+    };
+    for (const Case& example : {Case{900, 1000, 960, 500, 3}, {100, 200, 140, 500, 5}, {500, 600, 550, 300, 3}}) {
+        std::vector<orvanel::NoiseSample> samples;
+        for (double mz = 100; mz <= 1000; mz += orvanel::nominalMassDa)
+            samples.push_back({mz, mz > example.busyFrom && mz < example.busyTo ? 1000.0 : 10.0});
+        const orvanel::SpectrumNoise noise(samples, 100, 1000, 1);
+        EXPECT_LE(noise.ThresholdAt(example.at), 1.01 * example.most * noise.ThresholdAt(example.quietAt));
+        EXPECT_GT(noise.ThresholdAt(example.at), 2 * noise.ThresholdAt(example.quietAt));
+    }
+    for (const bool up : {false, true}) {  // busy too far for the quiet half to tell
+        std::vector<orvanel::NoiseSample> samples;
+        for (double mz = 100; mz <= 1000; mz += orvanel::nominalMassDa)
+            samples.push_back({mz, (mz > 550) == up ? 1000.0 : 10.0});
+        EXPECT_GT(orvanel::SpectrumNoise(samples, 100, 1000, 1).ThresholdAt(up ? 900 : 200), 3000);
+    }
+}
+
 TEST(PeakFinder, OddInputsGiveNoPeaksOrThePlainOnes) {
     EXPECT_TRUE(FindPeaks({}, {}, true).empty());
     EXPECT_TRUE(FindPeaks({100}, {0}, true).empty());
     EXPECT_TRUE(FindPeaks({100, 100.1, 100.2}, {0, 0, 0}, true).empty());
     EXPECT_TRUE(FindPeaks({100, 100.1, 100.2, 300, 300.1, 300.2}, {0, 7, 0, 0, 7, 0}, true).empty());
     EXPECT_TRUE(FindPeaks({100, 100, 100, 100}, {5, 5, 5, 5}, true).size() <= 1);
+    TestRandom random(1);
+    for (const double low : {-2.4, -1.6, -0.6, 0.0, 1.0}) {
+        SyntheticSpectrum narrow(low, low + 4, 0.1, 0.35);
+        narrow.Add(Line{low + 2, 1000});
+        narrow.Count(random, 100);
+        EXPECT_EQ(FindPeaks(narrow.mz, narrow.intensity, true).size(), 1u) << low;
+    }
     const auto lines = FindPeaks({100, 150, 200, 201.0034}, {10, 0, 1000, 100}, false);
     ASSERT_EQ(lines.size(), 3u);
     EXPECT_EQ(lines[0].area, 10);
