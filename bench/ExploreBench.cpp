@@ -39,6 +39,7 @@ orvanel::AcquiredData ManySpectra(int count) {
         orvanel::CycleRecord record;
         record.cycle = cycle;
         record.timeMinutes = cycle * 0.005;
+        record.applied.resize(1);
         record.mz = Grid(points, stepDa);
         record.intensity = Intensities(points, stepDa);
         data.cycles.push_back(std::move(record));

@@ -20,20 +20,6 @@ namespace msdata = pwiz::msdata;
 using pwiz::data::ParamContainer;
 using support::RoundTripText;
 
-/// Half the width that a Q1 resolution lets through: low 1.2, unit 0.7, high 0.5, open 6 Da.
-double HalfIsolationDa(int q1Resolution) {
-    switch (q1Resolution) {
-        case 0:
-            return 0.6;
-        case 2:
-            return 0.25;
-        case 3:
-            return 3;
-        default:
-            return 0.35;
-    }
-}
-
 bool IsTrapScan(int scanType) {
     return scanType >= static_cast<int>(ScanType::EnhancedProductIon);
 }
@@ -53,9 +39,30 @@ CVID UnitOf(const std::string& parameterId) {
     return parameterId == "AF2" ? CVID_Unknown : UO_volt;
 }
 
-std::string ParameterText(const std::vector<Parameter>& table, const std::string& id) {
-    const auto value = FindParameter(table, id);
-    return value ? RoundTripText(DecimalValue(*value)) : std::string();
+using ParameterTables = std::vector<std::vector<Parameter>>;
+
+/// What the tables of all mass ranges say alike.
+std::vector<Parameter> Common(const ParameterTables& tables) {
+    if (tables.empty()) return {};
+    auto common = tables.front();
+    std::erase_if(common, [&](const Parameter& parameter) {
+        return std::any_of(tables.begin(), tables.end(), [&](const std::vector<Parameter>& table) {
+            return FindParameter(table, parameter.id) != parameter.value;
+        });
+    });
+    return common;
+}
+
+void AddApplied(ParamContainer& container, const Parameter& parameter) {
+    AddUserParam(container, "applied " + parameter.id, RoundTripText(DecimalValue(parameter.value)), "xsd:double",
+                 UnitOf(parameter.id));
+}
+
+/// The window of a full width around an m/z.
+void SetIsolation(msdata::IsolationWindow& window, double mz, double widthDa) {
+    window.set(MS_isolation_window_target_m_z, RoundTripText(mz), MS_m_z);
+    window.set(MS_isolation_window_lower_offset, RoundTripText(widthDa / 2), MS_m_z);
+    window.set(MS_isolation_window_upper_offset, RoundTripText(widthDa / 2), MS_m_z);
 }
 
 /// Builds the document of one acquisition.
@@ -70,11 +77,11 @@ class MzmlBuilder {
     void DescribeInstrument(msdata::MSData& document) const;
     msdata::SpectrumPtr MakeSpectrum(const CycleRecord& cycle, std::size_t index) const;
     void AddScan(msdata::Spectrum& spectrum, const CycleRecord& cycle) const;
-    msdata::Precursor MakePrecursor(double mz, double halfWidthDa, const std::string& role) const;
+    msdata::Precursor MakePrecursor(double mz, double widthDa, const std::string& role) const;
     void AddPrecursors(msdata::Spectrum& spectrum, const CycleRecord& cycle) const;
     msdata::ChromatogramPtr MakeTotal(std::size_t index) const;
-    msdata::ChromatogramPtr MakeTrace(const MassTrace& trace, std::size_t number, std::size_t index) const;
-    void AddTraceEnergy(msdata::Precursor& precursor) const;
+    msdata::ChromatogramPtr MakeTrace(std::size_t massRange, std::size_t index) const;
+    void AddTraceEnergy(msdata::Precursor& precursor, const std::vector<Parameter>& applied) const;
     msdata::ChromatogramPtr MakeChromatogram(const std::string& id, std::size_t index, CVID kind,
                                              const std::vector<double>& intensity) const;
     void AddPolarity(ParamContainer& container) const {
@@ -107,9 +114,9 @@ void MzmlBuilder::DescribeFile(msdata::MSData& document) const {
     AddUserParam(content, "scans summed", std::to_string(data_.experiment.scansToSum), "xsd:int");
     if (data_.ramp) {
         AddUserParam(content, dataParameter::rampParameter, data_.ramp->id);
-        AddUserParam(content, "ramp start", RoundTripText(DecimalValue(data_.ramp->start)), "xsd:double",
+        AddUserParam(content, "ramp start", RoundTripText(data_.cycles.front().rampValue), "xsd:double",
                      UnitOf(data_.ramp->id));
-        AddUserParam(content, "ramp stop", RoundTripText(DecimalValue(data_.ramp->stop)), "xsd:double",
+        AddUserParam(content, "ramp stop", RoundTripText(data_.cycles.back().rampValue), "xsd:double",
                      UnitOf(data_.ramp->id));
         AddUserParam(content, "ramp step", RoundTripText(DecimalValue(data_.ramp->step)), "xsd:double",
                      UnitOf(data_.ramp->id));
@@ -150,11 +157,9 @@ void MzmlBuilder::DescribeInstrument(msdata::MSData& document) const {
     document.dataProcessingPtrs.push_back(processing);
 }
 
-msdata::Precursor MzmlBuilder::MakePrecursor(double mz, double halfWidthDa, const std::string& role) const {
+msdata::Precursor MzmlBuilder::MakePrecursor(double mz, double widthDa, const std::string& role) const {
     msdata::Precursor precursor;
-    precursor.isolationWindow.set(MS_isolation_window_target_m_z, RoundTripText(mz), MS_m_z);
-    precursor.isolationWindow.set(MS_isolation_window_lower_offset, RoundTripText(halfWidthDa), MS_m_z);
-    precursor.isolationWindow.set(MS_isolation_window_upper_offset, RoundTripText(halfWidthDa), MS_m_z);
+    SetIsolation(precursor.isolationWindow, mz, widthDa);
     AddUserParam(precursor.isolationWindow, dataParameter::precursor, role);
     msdata::SelectedIon ion;
     ion.set(MS_selected_ion_m_z, RoundTripText(mz), MS_m_z);
@@ -164,18 +169,19 @@ msdata::Precursor MzmlBuilder::MakePrecursor(double mz, double halfWidthDa, cons
 
 void MzmlBuilder::AddPrecursors(msdata::Spectrum& spectrum, const CycleRecord& cycle) const {
     if (MsLevelOf(data_.experiment.scanType) == 1) return;
-    auto first =
-        MakePrecursor(data_.experiment.firstPrecursor, HalfIsolationDa(data_.experiment.q1Resolution), "first");
+    const auto applied = Common(cycle.applied);
+    auto first = MakePrecursor(data_.experiment.firstPrecursor, data_.isolation.q1, "first");
     first.activation.set(MS_CID);
-    const std::string energy = ParameterText(cycle.applied, "CE");
-    if (!energy.empty()) first.activation.set(MS_collision_energy, energy, UO_electronvolt);
+    if (const auto energy = FindParameter(applied, "CE"))
+        first.activation.set(MS_collision_energy, RoundTripText(DecimalValue(*energy)), UO_electronvolt);
     spectrum.precursors.push_back(first);
     if (data_.experiment.scanType != static_cast<int>(ScanType::Ms3)) return;
 
-    // The trap isolates the second precursor within half a dalton and excites it at its resonance.
-    auto second = MakePrecursor(data_.experiment.secondPrecursor, 0.5, "second");
+    // The trap isolates the second precursor and excites it at its resonance.
+    auto second = MakePrecursor(data_.experiment.secondPrecursor, data_.isolation.trap, "second");
     second.activation.set(MS_trap_type_collision_induced_dissociation);
-    AddUserParam(second.activation, "AF2", ParameterText(cycle.applied, "AF2"), "xsd:double");
+    if (const auto af2 = FindParameter(applied, "AF2"))
+        AddUserParam(second.activation, "AF2", RoundTripText(DecimalValue(*af2)), "xsd:double");
     AddUserParam(second.activation, "excitation time", RoundTripText(data_.experiment.excitationTimeMs), "xsd:double",
                  UO_millisecond);
     spectrum.precursors.push_back(second);
@@ -188,10 +194,14 @@ void MzmlBuilder::AddScan(msdata::Spectrum& spectrum, const CycleRecord& cycle) 
     if (!data_.experiment.dynamicFillTime)
         scan.set(MS_ion_injection_time, RoundTripText(data_.experiment.fixedFillTimeMs), UO_millisecond);
     AddUserParam(scan, "scan rate in Da/s", RoundTripText(data_.experiment.scanRate), "xsd:double");
-    for (const auto& range : data_.experiment.massRanges) {
+    const auto common = Common(cycle.applied);
+    for (std::size_t i = 0; i < data_.experiment.massRanges.size(); ++i) {
+        const auto& range = data_.experiment.massRanges[i];
         msdata::ScanWindow window;
         window.set(MS_scan_window_lower_limit, RoundTripText(range.start), MS_m_z);
         window.set(MS_scan_window_upper_limit, RoundTripText(range.stop), MS_m_z);
+        for (const auto& parameter : cycle.applied[i])
+            if (!FindParameter(common, parameter.id)) AddApplied(window, parameter);
         scan.scanWindows.push_back(window);
     }
     spectrum.scanList.scans.push_back(scan);
@@ -221,9 +231,8 @@ msdata::SpectrumPtr MzmlBuilder::MakeSpectrum(const CycleRecord& cycle, std::siz
         AddUserParam(*spectrum, dataParameter::rampValue, RoundTripText(cycle.rampValue), "xsd:double",
                      UnitOf(data_.ramp->id));
     }
-    for (const auto& parameter : cycle.applied)
-        AddUserParam(*spectrum, "applied " + parameter.id, RoundTripText(DecimalValue(parameter.value)), "xsd:double",
-                     UnitOf(parameter.id));
+    for (const auto& parameter : Common(cycle.applied))
+        AddApplied(*spectrum, parameter);
     AddScan(*spectrum, cycle);
     AddPrecursors(*spectrum, cycle);
     spectrum->setMZIntensityArrays(cycle.mz, cycle.intensity, MS_counts_per_second);
@@ -265,40 +274,35 @@ msdata::ChromatogramPtr MzmlBuilder::MakeTotal(std::size_t index) const {
     return MakeChromatogram("TIC", index, MS_TIC_chromatogram, total);
 }
 
-void MzmlBuilder::AddTraceEnergy(msdata::Precursor& precursor) const {
+void MzmlBuilder::AddTraceEnergy(msdata::Precursor& precursor, const std::vector<Parameter>& applied) const {
     precursor.activation.set(MS_CID);
     if (data_.ramp && data_.ramp->id == "CE") {
-        precursor.activation.set(MS_collision_energy_ramp_start, RoundTripText(DecimalValue(data_.ramp->start)),
+        precursor.activation.set(MS_collision_energy_ramp_start, RoundTripText(data_.cycles.front().rampValue),
                                  UO_electronvolt);
-        precursor.activation.set(MS_collision_energy_ramp_end, RoundTripText(DecimalValue(data_.ramp->stop)),
+        precursor.activation.set(MS_collision_energy_ramp_end, RoundTripText(data_.cycles.back().rampValue),
                                  UO_electronvolt);
-    } else if (!data_.cycles.empty()) {
-        const std::string energy = ParameterText(data_.cycles.front().applied, "CE");
-        if (!energy.empty()) precursor.activation.set(MS_collision_energy, energy, UO_electronvolt);
+    } else if (const auto energy = FindParameter(applied, "CE")) {
+        precursor.activation.set(MS_collision_energy, RoundTripText(DecimalValue(*energy)), UO_electronvolt);
     }
 }
 
-msdata::ChromatogramPtr MzmlBuilder::MakeTrace(const MassTrace& trace, std::size_t number, std::size_t index) const {
+msdata::ChromatogramPtr MzmlBuilder::MakeTrace(std::size_t massRange, std::size_t index) const {
+    const MassTrace& trace = data_.traces[massRange];
+    const auto& applied = data_.cycles.front().applied[massRange];
     const bool transition = data_.experiment.scanType == static_cast<int>(ScanType::MultipleReaction);
     const std::string id = (transition ? "SRM SIC Q1=" + RoundTripText(trace.q1) + " Q3=" + RoundTripText(trace.q3)
                                        : "SIM SIC Q1=" + RoundTripText(trace.q1)) +
-                           " mass=" + std::to_string(number);
+                           " mass=" + std::to_string(massRange);
     auto chromatogram =
         MakeChromatogram(id, index, transition ? MS_SRM_chromatogram : MS_SIM_chromatogram, trace.intensity);
-    const double halfWidthDa = HalfIsolationDa(data_.experiment.q1Resolution);
-    chromatogram->precursor = MakePrecursor(trace.q1, halfWidthDa, "first");
+    chromatogram->precursor = MakePrecursor(trace.q1, data_.isolation.q1, "first");
     if (transition) {
-        AddTraceEnergy(chromatogram->precursor);
-        chromatogram->product.isolationWindow.set(MS_isolation_window_target_m_z, RoundTripText(trace.q3), MS_m_z);
-        chromatogram->product.isolationWindow.set(MS_isolation_window_lower_offset, "0.35", MS_m_z);
-        chromatogram->product.isolationWindow.set(MS_isolation_window_upper_offset, "0.35", MS_m_z);
+        AddTraceEnergy(chromatogram->precursor, applied);
+        SetIsolation(chromatogram->product.isolationWindow, trace.q3, data_.isolation.q3);
     }
     AddUserParam(*chromatogram, "dwell time", RoundTripText(trace.dwellTimeMs), "xsd:double", UO_millisecond);
-    if (!data_.cycles.empty())
-        for (const auto& parameter : data_.cycles.front().applied)
-            if (!data_.ramp || parameter.id != data_.ramp->id)
-                AddUserParam(*chromatogram, "applied " + parameter.id, RoundTripText(DecimalValue(parameter.value)),
-                             "xsd:double", UnitOf(parameter.id));
+    for (const auto& parameter : applied)
+        if (!data_.ramp || parameter.id != data_.ramp->id) AddApplied(*chromatogram, parameter);
     return chromatogram;
 }
 
@@ -320,16 +324,25 @@ void MzmlBuilder::Build(msdata::MSData& document) {
     chromatograms->dp = document.dataProcessingPtrs.front();
     chromatograms->chromatograms.push_back(MakeTotal(0));
     for (std::size_t i = 0; i < data_.traces.size(); ++i)
-        chromatograms->chromatograms.push_back(MakeTrace(data_.traces[i], i, i + 1));
+        chromatograms->chromatograms.push_back(MakeTrace(i, i + 1));
     document.run.chromatogramListPtr = chromatograms;
 }
 
 void CheckLengths(const AcquiredData& data) {
-    for (const auto& cycle : data.cycles)
+    const std::size_t ranges = data.experiment.massRanges.size();
+    if (data.cycles.empty()) throw std::runtime_error("there are no cycles");
+    for (const auto& cycle : data.cycles) {
+        const std::string where = "cycle " + std::to_string(cycle.cycle);
         if (cycle.mz.size() != cycle.intensity.size())
-            throw std::runtime_error("cycle " + std::to_string(cycle.cycle) + " has " +
-                                     std::to_string(cycle.mz.size()) + " m/z values but " +
+            throw std::runtime_error(where + " has " + std::to_string(cycle.mz.size()) + " m/z values but " +
                                      std::to_string(cycle.intensity.size()) + " intensities");
+        if (cycle.applied.size() != ranges)
+            throw std::runtime_error(where + " has " + std::to_string(cycle.applied.size()) +
+                                     " tables of parameters for " + std::to_string(ranges) + " mass ranges");
+    }
+    if (data.traces.size() > ranges)
+        throw std::runtime_error("there are " + std::to_string(data.traces.size()) + " traces for " +
+                                 std::to_string(ranges) + " mass ranges");
     for (const auto& trace : data.traces)
         if (trace.intensity.size() != data.cycles.size())
             throw std::runtime_error("the trace of m/z " + RoundTripText(trace.q1) + " has " +

@@ -7,12 +7,6 @@
 #include "orvanel/instrument/Transmission.h"
 
 namespace orvanel {
-namespace {
-
-constexpr int unitResolution = 1;
-
-}  // namespace
-
 std::vector<double> QuadrupoleScan::Cycle(const ParameterTables& parameters) {
     const auto& ranges = at_.experiment.massRanges;
     std::vector<double> expected;
@@ -30,12 +24,12 @@ std::vector<double> QuadrupoleScan::Cycle(const ParameterTables& parameters) {
 double QuadrupoleScan::ExpectedCps(const MassRangeRecord& range, const std::vector<Parameter>& parameters) const {
     const InstrumentModel& model = at_.model;
     const Voltages voltages = VoltagesOf(parameters, model);
-    const Q1Window& q1 = model.q1Windows[at_.experiment.q1Resolution];
+    const Q1Window& q1 = at_.FirstQuadrupole();
     const IonBeam passed =
         Isolated(SprayedBeam(at_.sources, model, at_.experiment.polarity, voltages), model, q1, range.start);
     if (at_.experiment.scanType == static_cast<int>(ScanType::Q1MultipleIon))
         return TotalCps(passed) + BackgroundThrough(q1, range.start);
-    const Q1Window& q3 = model.q1Windows[unitResolution];
+    const Q1Window& q3 = at_.ThirdQuadrupole();
     const IonBeam products = Isolated(Dissociated(passed, model, voltages.ce, voltages.ces), model, q3, range.step);
     return TotalCps(products) + model.chemicalNoiseMs2Factor * BackgroundThrough(q3, range.step);
 }

@@ -20,6 +20,13 @@ struct ScanConditions {
     const ChemicalBackground& background;
     FaultySpray& spray;
     Random& random;
+
+    const Q1Window& FirstQuadrupole() const { return model.q1Windows[experiment.q1Resolution]; }
+    /// Q3 always stands at unit resolution.
+    const Q1Window& ThirdQuadrupole() const { return model.q1Windows[1]; }
+    IsolationWidths Widths() const {
+        return {FirstQuadrupole().widthDa, ThirdQuadrupole().widthDa, model.trapIsolationWidthDa};
+    }
 };
 
 /// One table of parameters for each mass range.

@@ -64,6 +64,7 @@ AcquiredData Acquire(const MassSpecRecord& method, const InstrumentModel& model,
     const ScanConditions conditions{experiment, model, context, sources, background, spray, random};
 
     AcquiredData data = Described(period, model, sample, context);
+    data.isolation = conditions.Widths();
     QuadrupoleScan quadrupoles(conditions);
     std::optional<TrapScan> trap;
     if (IsTrapScan(experiment.scanType)) trap.emplace(conditions);
@@ -81,7 +82,7 @@ AcquiredData Acquire(const MassSpecRecord& method, const InstrumentModel& model,
             for (auto& table : parameters)
                 Put(table, period.ramp->id, static_cast<float>(record.rampValue));
         }
-        record.applied = parameters[0];
+        record.applied = parameters;
         const double timeS = context.instrumentTimeS + (PreparationMs(method, model) + cycle * cycleMs) / 1000;
         spray.StartCycle(timeS, period.ramp ? static_cast<double>(cycle) / period.cycles : 0);
         if (trap) {

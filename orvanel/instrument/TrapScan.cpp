@@ -52,7 +52,7 @@ TrapScan::Segment TrapScan::MakeSegment(const MassRangeRecord& range) const {
 
 /// Without a precursor the first quadrupole lets the whole scanned range through.
 Q1Window TrapScan::IsolationWindow(const MassRangeRecord& range) const {
-    Q1Window window = at_.model.q1Windows[at_.experiment.q1Resolution];
+    Q1Window window = at_.FirstQuadrupole();
     if (at_.experiment.firstPrecursor == 0) window.widthDa = std::max(window.widthDa, range.stop - range.start);
     return window;
 }

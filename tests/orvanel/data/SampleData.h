@@ -20,7 +20,7 @@ inline orvanel::AcquiredData SampleScan(int cycles) {
         orvanel::CycleRecord cycle;
         cycle.cycle = k;
         cycle.timeMinutes = 0.1 * k / 3;
-        cycle.applied = {{"DP", 45.5F}, {"EP", 10}, {"CE", 0.35F}, {"AF2", 0}};
+        cycle.applied = {{{"DP", 45.5F}, {"EP", 10}, {"CE", 0.35F}, {"AF2", 0}}};
         cycle.mz = {99.5, 99.75, 100, 100.25, 100.5};
         cycle.intensity = {0, 10.0 * k, 20.0 * k, 10.0 * k, 0};
         data.cycles.push_back(cycle);
@@ -43,9 +43,11 @@ inline orvanel::AcquiredData SampleRamp(int scanType, const std::string& id, flo
 /// A ramp of CE over transitions (scan type 4) or of DP over single masses (scan type 1).
 inline orvanel::AcquiredData SampleTraces(int scanType, int cycles) {
     auto data = SampleRamp(scanType, scanType == 4 ? "CE" : "DP", 10, 2, cycles);
+    data.experiment.massRanges.resize(3);
     for (auto& cycle : data.cycles) {
         cycle.mz.clear();
         cycle.intensity.clear();
+        cycle.applied.resize(3, cycle.applied[0]);
     }
     for (int m = 0; m < 3; ++m) {
         orvanel::MassTrace trace{609.28, scanType == 4 ? 200.5 + m : 0, 50, {}};

@@ -87,8 +87,8 @@ TEST_F(Acquisition, Q1RampFollowsTransmissionNotCollisionEnergy) {
     const auto& trace = data.traces[0].intensity;
     EXPECT_EQ(std::max_element(trace.begin(), trace.end()) - trace.begin(), 19);
     EXPECT_EQ(data.cycles[19].rampValue, -55);
-    EXPECT_EQ(FindParameter(data.cycles[19].applied, "DP"), -55.0F);
-    EXPECT_EQ(FindParameter(data.cycles[19].applied, "CE"), -80.0F);
+    EXPECT_EQ(FindParameter(data.cycles[19].applied[0], "DP"), -55.0F);
+    EXPECT_EQ(FindParameter(data.cycles[19].applied[0], "CE"), -80.0F);
     EXPECT_TRUE(data.cycles[19].mz.empty());
     const double monoisotopic = EnvelopeOf({{"C", 19}, {"H", 15}, {"O", 4}}, *elements_).share[0];
     for (std::size_t i = 0; i < trace.size(); ++i) {
