@@ -17,8 +17,9 @@ constexpr double toleranceDeviations = 2;          // of the two centroids, on t
 constexpr double sigmaPerFwhm = 0.42466090014401;  // 1 / (2 sqrt(2 ln 2))
 constexpr int highestCharge = 4;
 constexpr int mostIsotopes = 12;
-constexpr double resolvedWidths = 0.9;  // isotopes closer than so many widths cannot be told apart
-constexpr double resolvedFully = 1.6;   // ... and closer than so many tell their places poorly
+constexpr std::ptrdiff_t mostCandidates = 50;  // for one isotope; among more there is always one that fits by chance
+constexpr double resolvedWidths = 0.9;         // isotopes closer than so many widths cannot be told apart
+constexpr double resolvedFully = 1.6;          // ... and closer than so many tell their places poorly
 constexpr double overlapShare = 0.5;
 constexpr double ratioOffset = 0.1;            // M+1 / M is at most so much ...
 constexpr double ratioSlopePerDa = 0.00065;    // ... and so much for each Da of mass
@@ -74,7 +75,10 @@ std::optional<std::size_t> Assignment::FindIsotope(std::size_t mono, int number,
     auto peak =
         std::lower_bound(peaks_.begin() + static_cast<std::ptrdiff_t>(mono) + 1, peaks_.end(), expected - below - most,
                          [](const Peak& candidate, double value) { return candidate.mz < value; });
-    for (; peak != peaks_.end() && peak->mz <= expected + above + overlap + most; ++peak) {
+    const auto end = std::upper_bound(peak, peaks_.end(), expected + above + overlap + most,
+                                      [](double value, const Peak& candidate) { return value < candidate.mz; });
+    if (end - peak > mostCandidates) return std::nullopt;
+    for (; peak != end; ++peak) {
         const auto index = static_cast<std::size_t>(peak - peaks_.begin());
         const double measured =
             (toleranceWidths + toleranceDeviations * sigmaPerFwhm * CountingDeviation(peaks_[mono], *peak)) * width;

@@ -199,6 +199,17 @@ TEST(PeakFinder, OddInputsGiveNoPeaksOrThePlainOnes) {
     EXPECT_TRUE(lines[1].monoisotopic);
     EXPECT_FALSE(lines[2].monoisotopic);
 
+    // Lines too close together to tell isotopes by, which would take time with the square of their number.
+    std::vector<double> dense;
+    std::vector<double> heights;
+    for (int k = 0; k < 20000; ++k) {
+        dense.push_back(100 + 1e-4 * k);
+        heights.push_back(k < 10000 ? 1000 : 60);
+    }
+    const auto all = FindPeaks(dense, heights, false);
+    EXPECT_EQ(all.size(), dense.size());
+    EXPECT_TRUE(std::all_of(all.begin(), all.end(), [](const Peak& peak) { return peak.monoisotopic; }));
+
     // Noise-free expected values have no smallest count: the two lines and nothing of their far tails.
     SyntheticSpectrum smooth(90, 120, 0.06, 0.35);
     std::vector<double> expected;
