@@ -71,9 +71,12 @@ SpectrumNoise::SpectrumNoise(const std::vector<NoiseSample>& samples, double low
             if (sample->mz >= start) heights.push_back(sample->height);
         // The masses at both ends are covered in part only and have no sample.
         const auto masses = static_cast<std::size_t>(std::max(0.0, (high - start) / nominalMassDa - 1));
-        if (heights.size() < masses) heights.resize(masses, 0.0);
-        const bool enough = masses >= fewestMasses;
-        windows_.push_back({(start + high) / 2, enough ? Threshold(std::move(heights), ionHeight, quantile) : 0});
+        double threshold = 0;
+        if (masses >= fewestMasses && !heights.empty()) {
+            heights.resize(std::max(heights.size(), masses), 0.0);
+            threshold = Threshold(std::move(heights), ionHeight, quantile);
+        }
+        windows_.push_back({(start + high) / 2, threshold});
         if (last) break;
     }
     LimitByNeighbours();
@@ -83,6 +86,7 @@ void SpectrumNoise::LimitByNeighbours() {
     const auto estimates = windows_;
     auto first = estimates.begin();
     for (auto& window : windows_) {
+        if (window.threshold <= 0) continue;
         while (window.centerMz - first->centerMz > neighbourReachDa)
             ++first;
         for (auto neighbour = first; neighbour != estimates.end(); ++neighbour) {
