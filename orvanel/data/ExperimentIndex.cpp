@@ -8,8 +8,9 @@ namespace {
 
 constexpr double samePrecursorDa = 0.05;
 constexpr double sameWindowDa = 0.5;
-constexpr double cellTolerances = 1.01;  // a little wider, so that rounding never puts two alike two cells apart
-constexpr std::size_t exactCells = 2;    // have no tolerance
+constexpr double cellTolerances = 1.01;         // a little wider, so that rounding never puts two alike two cells apart
+constexpr std::size_t exactCells = 2;           // have no tolerance
+constexpr std::size_t comparisonsPerVisit = 8;  // of experiments, that cost as much as the visit of a node
 
 bool AreOneExperiment(const ExperimentKind& a, const ExperimentKind& b) {
     const auto within = [](double tolerance) {
@@ -42,17 +43,29 @@ ExperimentIndex::Cells ExperimentIndex::CellsOf(const ExperimentKind& kind) {
     return cells;
 }
 
-void ExperimentIndex::Find(const ExperimentKind& kind, const Cells& cells, std::size_t node, std::size_t depth,
-                           std::optional<std::size_t>& first) const {
-    if (depth == cells.size()) {
+void ExperimentIndex::Visit(Search& search, std::size_t node, std::size_t depth) const {
+    if (search.visitsLeft == 0) return;
+    --search.visitsLeft;
+    if (depth == search.cells.size()) {
         for (const std::size_t number : atNode_.at(node))
-            if ((!first || number < *first) && AreOneExperiment(experiments_[number].kind, kind)) first = number;
+            if ((!search.first || number < *search.first) && AreOneExperiment(experiments_[number].kind, search.kind))
+                search.first = number;
         return;
     }
     const std::int64_t reach = depth < exactCells ? 0 : 1;
-    for (std::int64_t cell = cells[depth] - reach; cell <= cells[depth] + reach; ++cell)
+    for (std::int64_t cell = search.cells[depth] - reach; cell <= search.cells[depth] + reach; ++cell)
         if (const auto found = nodes_.find({node, cell}); found != nodes_.end())
-            Find(kind, cells, found->second, depth + 1, first);
+            Visit(search, found->second, depth + 1);
+}
+
+std::optional<std::size_t> ExperimentIndex::NumberOf(const ExperimentKind& kind, const Cells& cells) const {
+    Search search{kind, cells, experiments_.size() / comparisonsPerVisit, {}};
+    Visit(search, 0, 0);
+    if (search.visitsLeft > 0) return search.first;
+    const auto found = std::find_if(experiments_.begin(), experiments_.end(),
+                                    [&](const ExperimentSummary& known) { return AreOneExperiment(known.kind, kind); });
+    if (found == experiments_.end()) return std::nullopt;
+    return static_cast<std::size_t>(found - experiments_.begin());
 }
 
 void ExperimentIndex::Add(const Cells& cells) {
@@ -64,8 +77,7 @@ void ExperimentIndex::Add(const Cells& cells) {
 
 std::size_t ExperimentIndex::Count(const ExperimentKind& kind) {
     const Cells cells = CellsOf(kind);
-    std::optional<std::size_t> number;
-    Find(kind, cells, 0, 0, number);
+    auto number = NumberOf(kind, cells);
     if (!number) {
         Add(cells);
         number = experiments_.size();

@@ -10,7 +10,8 @@
 
 namespace orvanel {
 
-/// Sorts spectra into experiments, at a cost that does not grow with the number of experiments.
+/// Sorts spectra into experiments, at a cost that does not grow with the number of experiments (unless spectra with
+/// many precursors crowd together, where all experiments are looked through).
 ///
 /// The values that experiments may differ in by a tolerance are cut into cells of about that tolerance, and the cells
 /// of one experiment, one value after the other, are a path through a tree. What is near a spectrum then lies on the
@@ -35,9 +36,16 @@ class ExperimentIndex {
         std::size_t operator()(const Branch& branch) const;
     };
 
+    struct Search {
+        const ExperimentKind& kind;
+        const Cells& cells;
+        std::size_t visitsLeft;
+        std::optional<std::size_t> first;
+    };
+
     static Cells CellsOf(const ExperimentKind& kind);
-    void Find(const ExperimentKind& kind, const Cells& cells, std::size_t node, std::size_t depth,
-              std::optional<std::size_t>& first) const;
+    std::optional<std::size_t> NumberOf(const ExperimentKind& kind, const Cells& cells) const;
+    void Visit(Search& search, std::size_t node, std::size_t depth) const;
     void Add(const Cells& cells);
 
     std::vector<ExperimentSummary> experiments_;
