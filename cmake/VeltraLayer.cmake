@@ -7,7 +7,7 @@ set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
 
 add_library(veltra_compile_options INTERFACE)
 target_compile_options(veltra_compile_options INTERFACE
-    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion -Wnon-virtual-dtor -Woverloaded-virtual
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor -Woverloaded-virtual
     -Wimplicit-fallthrough -Werror -ffp-contract=off)
 # GCC 12 warns of overlapping copies inside std::string's own operator+ when it optimises (GCC bug 105651).
 target_compile_options(veltra_compile_options INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)

@@ -28,8 +28,8 @@ std::optional<KeyAndName> SplitPath(std::string_view path) {
 
 std::optional<std::string> RegistryFile::Read(std::string_view valuePath) const {
     const auto split = SplitPath(valuePath);
-    if (!split || !support::FileExists(path_, disk_)) return std::nullopt;
     try {
+        if (!split || !support::FileExists(path_, disk_)) return std::nullopt;
         return support::IniDocument::Parse(support::ReadWholeFile(path_, sizeLimit, disk_))
             .Value(split->key, split->name);
     } catch (const support::FileError&) {

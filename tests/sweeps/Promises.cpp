@@ -119,6 +119,7 @@ constexpr const char* rules[] = {"No peaks found within ",
                                  "No chromatogram data points found, could not optimize ",
                                  "No EPI spectrum peaks found.",
                                  "Queue: The program timed out.",
+                                 "The instrument cannot perform the ",
                                  "Acquire: The method doesn't contain a mass spec method.",
                                  "The instrument model cannot be read from Orvanel",
                                  "Unable to locate Data folder"};
