@@ -1,14 +1,23 @@
 #include <CLI/CLI.hpp>
 #include <ostream>
 
+#include "cli/CleanText.h"
 #include "cli/Commands.h"
 
 namespace cli {
 namespace {
 
+/// Lost output is not success. @return the status of the command, given what became of its output
+ExitStatus StatusOfOutput(ExitStatus status, const TerminalStreams& streams) {
+    if (streams.out.flush()) return status;
+    streams.err << "veltra-run: the output could not be written in full: its disk is full, or nothing reads it\n";
+    return status == completed ? notAllWritten : status;
+}
+
 constexpr const char* footer =
     "Exit status: 0 completed, 1 aborted or failed, 2 wrong usage, 3 not started (settings invalid, instrument "
-    "refused,\nor initialisation failed). Ctrl-C aborts a run in order; its report is still written.\n\n"
+    "refused,\nor initialisation failed), 4 completed, but not everything could be written.\n"
+    "Ctrl-C aborts a run in order; its report is still written. A second Ctrl-C ends at once, without it.\n\n"
     "Examples:\n"
     "  veltra-run --new-project demo --compound reserpine\n"
     "  veltra-run --settings demo/Veltra.ini\n"
@@ -57,9 +66,7 @@ CLI::Option* AddExploreOptions(CLI::App& app, ExploreOptions& explore) {
     return option;
 }
 
-}  // namespace
-
-ExitStatus RunCommandLine(int argc, const char* const* argv, const TerminalStreams& streams) {
+ExitStatus RunCommand(int argc, const char* const* argv, const TerminalStreams& streams) {
     CLI::App app("Develops MS3 quantitation methods: performs one whole optimisation in the terminal.", "veltra-run");
     app.footer(footer);
     app.set_version_flag("--version", "veltra-run " VELTRA_VERSION);
@@ -129,6 +136,20 @@ ExitStatus RunCommandLine(int argc, const char* const* argv, const TerminalStrea
     if (importOption->count() > 0) return ImportCompound(import, streams);
     if (newProject->count() > 0) return MakeNewProject(project, streams);
     return RunOptimization(settings, host, streams);
+}
+
+}  // namespace
+
+ExitStatus RunCommandLine(int argc, const char* const* argv, const TerminalStreams& streams) {
+    // Every text passes through here, so that nothing from outside reaches the terminal as it is.
+    CleanBuffer outText(*streams.out.rdbuf());
+    CleanBuffer errText(*streams.err.rdbuf());
+    std::ostream out(&outText);
+    std::ostream err(&errText);
+    err << std::unitbuf;
+    const TerminalStreams clean{out, err, streams.in, streams.errIsTerminal, streams.inIsTerminal, &streams.err};
+    const ExitStatus status = RunCommand(argc, argv, clean);
+    return StatusOfOutput(status, clean);
 }
 
 }  // namespace cli

@@ -8,6 +8,7 @@ enum ExitStatus : int {
     abortedOrFailed = 1,
     wrongUsage = 2,
     notStarted = 3,  ///< settings invalid, instrument refused, initialisation failed
+    notAllWritten = 4,  ///< completed, but log, report, a final method or the output is not all written
 };
 
 }  // namespace cli

@@ -3,8 +3,8 @@
 #include <ostream>
 #include <stdexcept>
 
+#include "cli/CleanText.h"
 #include "cli/ExploreFindings.h"
-#include "cli/JsonWriter.h"
 #include "host/ExploreRules.h"
 #include "model/clsInfo_Settings.h"
 #include "orvanel/explore/Exploration.h"

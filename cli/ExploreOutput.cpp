@@ -1,6 +1,7 @@
 #include <iomanip>
 #include <ostream>
 
+#include "cli/CleanText.h"
 #include "cli/ExploreFindings.h"
 #include "cli/JsonWriter.h"
 #include "support/NumberText.h"

@@ -3,6 +3,7 @@
 #include <exception>
 #include <ostream>
 
+#include "cli/CleanText.h"
 #include "cli/ExitStatus.h"
 #include "cli/Terminal.h"
 #include "support/Files.h"
@@ -15,10 +16,10 @@ ExitStatus Guarded(const TerminalStreams& streams, ExitStatus failure, Command c
     try {
         return command();
     } catch (const support::FileError& error) {
-        streams.err << "veltra-run: " << error.what() << '\n';
+        streams.err << "veltra-run: " << CleanText(error.what()) << '\n';
         return abortedOrFailed;
     } catch (const std::exception& error) {
-        streams.err << "veltra-run: " << error.what() << '\n';
+        streams.err << "veltra-run: " << CleanText(error.what()) << '\n';
         return failure;
     }
 }

@@ -1,14 +1,9 @@
 #pragma once
 
 #include <iosfwd>
-#include <string>
 #include <string_view>
 
 namespace cli {
-
-/// A text without what a terminal or a reader of UTF-8 would trip over: control characters and bytes that are not UTF-8
-/// become the replacement character U+FFFD.
-std::string CleanText(std::string_view text);
 
 /// Writes one JSON value (RFC 8259) as it is told it, in one line. Texts are cleaned.
 class JsonWriter {

@@ -3,6 +3,7 @@
 #include <memory>
 #include <ostream>
 
+#include "cli/CleanText.h"
 #include "cli/Commands.h"
 #include "cli/StopSignals.h"
 #include "host/clsTolmBatch.h"
@@ -19,10 +20,10 @@ namespace {
 
 using veltra::StartButton;
 
-ExitStatus StatusOf(StartButton::Outcome outcome) {
+ExitStatus StatusOf(StartButton::Outcome outcome, bool allWritten) {
     switch (outcome) {
         case StartButton::Outcome::Completed:
-            return completed;
+            return allWritten ? completed : notAllWritten;
         case StartButton::Outcome::Aborted:
         case StartButton::Outcome::AbortAsked:
         case StartButton::Outcome::TornDown:
@@ -35,10 +36,12 @@ ExitStatus StatusOf(StartButton::Outcome outcome) {
     return notStarted;
 }
 
+/// The report as it is in its file, or as it would be where that could not be written.
 void PrintReport(const veltra::clsInfo_Results& results, const TerminalStreams& streams) {
-    const std::string path = support::JoinPath(results.VeskOutputFilePath, "Results.txt");
     try {
-        std::string report = support::ReadWholeFile(path);
+        std::string report = results.UnwrittenReport;
+        if (report.empty())
+            report = support::ReadWholeFile(support::JoinPath(results.VeskOutputFilePath, "Results.txt"));
         std::erase(report, '\r');
         streams.out << '\n' << report << "\n\n";
     } catch (const std::exception& error) {
@@ -64,13 +67,17 @@ ExitStatus Perform(ports::Host& host, const ports::Clock& clock, const std::stri
     if (!veltra::CheckInstrument(runState)) return notStarted;
     const StartButton::Outcome outcome = startButton.Click();
     display.ClearStatusLine();
+    bool allWritten = true;
     if (outcome == StartButton::Outcome::Completed || outcome == StartButton::Outcome::Aborted) {
         const bool isCompleted = outcome == StartButton::Outcome::Completed;
         messageBoxes.Show(isCompleted ? "Optimization completed successfully!" : "Optimization was aborted!",
                           ports::MessageIcon::None);
         PrintReport(*runState.results, streams);
+        const std::string unwritten = runState.results->UnwrittenMessage();
+        allWritten = unwritten.empty();
+        if (!allWritten) messageBoxes.Show(unwritten, ports::MessageIcon::Warning);
     }
-    return StatusOf(outcome);
+    return StatusOf(outcome, allWritten);
 }
 
 }  // namespace
@@ -94,7 +101,7 @@ ExitStatus RunOptimization(const std::string& settingsPath, const std::string& h
         if (!description.empty()) streams.err << description << '\n';
         return Perform(*host, clock, settings, streams);
     } catch (const std::exception& error) {
-        streams.err << "veltra-run: " << error.what() << '\n';
+        streams.err << "veltra-run: " << CleanText(error.what()) << '\n';
         return notStarted;
     }
 }

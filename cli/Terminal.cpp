@@ -12,8 +12,6 @@
 namespace cli {
 namespace {
 
-constexpr const char* clearLine = "\r\033[K";
-
 std::string WithLineFeeds(std::string text) {
     std::erase(text, '\r');
     return text;
@@ -80,9 +78,13 @@ void TerminalDisplay::ProcessPendingEvents() {
 
 void TerminalDisplay::ClearStatusLine() {
     if (!statusShown_) return;
-    streams_.err << clearLine << std::flush;
+    ClearLine();
     statusShown_ = false;
     drawnPercent_ = -1;
+}
+
+void TerminalDisplay::ClearLine() {
+    (streams_.control != nullptr ? *streams_.control : streams_.err) << "\r\033[K" << std::flush;
 }
 
 void TerminalDisplay::DrawStatusLine() {
@@ -97,7 +99,8 @@ void TerminalDisplay::DrawStatusLine() {
         line += "  [" + std::string(filled, '#') + std::string(barWidth - filled, '.') + "] " +
                 std::to_string(percent) + " %";
     }
-    streams_.err << clearLine << line << std::flush;
+    ClearLine();
+    streams_.err << line << std::flush;
     statusShown_ = true;
     drawnPercent_ = percent;
 }

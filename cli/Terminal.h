@@ -17,6 +17,7 @@ struct TerminalStreams {
     std::istream& in;
     bool errIsTerminal = false;
     bool inIsTerminal = false;
+    std::ostream* control = nullptr;  ///< err as it is, for what moves the cursor; null: err
 };
 
 /// Shows a run in the terminal: log lines on the output, status line and progress bar on the error stream when that is
@@ -49,6 +50,7 @@ class TerminalDisplay : public ports::RunDisplay {
 
   private:
     void DrawStatusLine();
+    void ClearLine();
 
     TerminalStreams streams_;
     std::function<void()> onPendingEvents_;

@@ -166,18 +166,29 @@ std::string clsInfo_Results::ReportText(const ReportContext& context) const {
            ClosingSection(*this, context.AbortRequested) + Notes(TopPeaksInfo);
 }
 
-void clsInfo_Results::GenerateResults(const ReportContext& context) const {
+std::string clsInfo_Results::GenerateResults(const ReportContext& context) const {
     // A fault of the disk that passes must not cost the report of a whole run.
     constexpr int attempts = 2;
+    std::string failure;
     for (int attempt = 0; attempt < attempts; ++attempt) {
         try {
             support::WriteWholeFile(support::JoinPath(VeskOutputFilePath, "Results.txt"), ReportText(context),
                                     context.disk);
-            return;
-        } catch (const std::exception&) {
+            return {};
+        } catch (const std::exception& error) {
             // The findings are in the log as well; a report that cannot be written must not change how the run ends.
+            failure = error.what();
         }
     }
+    return failure;
+}
+
+std::string clsInfo_Results::UnwrittenMessage() const {
+    if (UnwrittenFiles.empty()) return {};
+    std::string message = "The run has ended, but not everything could be written:";
+    for (const auto& file : UnwrittenFiles)
+        message += newLine + file;
+    return message;
 }
 
 }  // namespace veltra

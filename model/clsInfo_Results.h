@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "model/clsInfo_Settings.h"
 #include "model/clsItem_CompoundParam.h"
@@ -32,12 +33,17 @@ class clsInfo_Results {
     std::string VeskOutputFilePath;  ///< the run's output folder, ending in a separator
     std::string LogFilePath;
     std::string UnwrittenLogLines;  ///< what the disk did not take; goes before the next line
+    std::string UnwrittenReport;    ///< the report's text where "Results.txt" could not be written
+    std::vector<std::string> UnwrittenFiles;  ///< which of log, report and final methods are missing or incomplete
     clsItem_CompoundParam DP, EP, CEP, CE, AF2;
 
     /// Writes "Results.txt" into the output folder, replacing an older one. Best effort: never throws.
-    void GenerateResults(const ReportContext& context) const;
+    /// @return why it could not be written; empty when it was
+    std::string GenerateResults(const ReportContext& context) const;
     /// The report's text.
     std::string ReportText(const ReportContext& context) const;
+    /// What the user is told at the run's end where not everything could be written; empty where it could.
+    std::string UnwrittenMessage() const;
 };
 
 }  // namespace veltra

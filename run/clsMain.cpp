@@ -1,5 +1,7 @@
 #include "run/clsMain.h"
 
+#include <exception>
+
 #include "host/clsQueue.h"
 #include "host/clsTolmBatch.h"
 #include "run/FinalMethodStage.h"
@@ -23,6 +25,21 @@ bool clsMain::StartQueue() {
     return false;
 }
 
+void clsMain::WriteReport() {
+    auto& results = *runState_.results;
+    runState_.WriteLogLine("Generating Results.txt file...");
+    const ReportContext context{runState_.settings, runState_.clock, runState_.AbortRequested,
+                                runState_.EPAndCEPSupported, runState_.disk};
+    const std::string failure = results.GenerateResults(context);
+    if (failure.empty()) return;
+    results.UnwrittenFiles.push_back(failure);
+    try {
+        results.UnwrittenReport = results.ReportText(context);
+    } catch (const std::exception&) {
+        // The text itself is what failed, and the user is told why.
+    }
+}
+
 void clsMain::Start() {
     runState_.results->StartTime = runState_.clock.Now().longTime;
     if (StartQueue()) {
@@ -36,13 +53,13 @@ void clsMain::Start() {
         RunFinalMethodStage(frame);
     }
 
-    runState_.WriteLogLine("Generating Results.txt file...");
-    runState_.results->GenerateResults(
-        {runState_.settings, runState_.clock, runState_.AbortRequested, runState_.EPAndCEPSupported, runState_.disk});
+    WriteReport();
     runState_.WriteLogLine(runState_.AbortRequested ? "Optimization aborted!" : "Optimization completed successfully!");
 
     runState_.batch->Step4_TolmLogoff();
     if (runState_.batch->ErrorOccurred()) runState_.ReportError(*runState_.batch, ports::MessageIcon::Warning);
+    if (!runState_.results->UnwrittenLogLines.empty())
+        runState_.results->UnwrittenFiles.push_back("The last lines are missing in " + runState_.results->LogFilePath);
     runState_.display.UpdateScanProgress(ports::enumVeltraScanType::RunFinished, ports::enumProgressState::Pending);
     runState_.batch.reset();
 }

@@ -20,6 +20,7 @@ class clsMain {
 
   private:
     bool StartQueue();
+    void WriteReport();
 
     RunState& runState_;
 };

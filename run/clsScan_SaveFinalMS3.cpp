@@ -48,7 +48,7 @@ void clsScan_SaveFinalMS3::Build(clsAcquire& acquire, const ScanRate& scanRate, 
 
 void clsScan_SaveFinalMS3::RemoveUnfinished(const std::string& path) {
     const auto failure = FailureOf([&] {
-        if (support::FileExists(path)) runState_.disk.Remove(support::NativePath(path));
+        if (support::FileExists(path, runState_.disk)) runState_.disk.Remove(support::NativePath(path));
     });
     if (failure)
         runState_.WriteLogLine("Unable to remove " + path + ", which is not finished, please delete it" + *failure);
@@ -56,7 +56,9 @@ void clsScan_SaveFinalMS3::RemoveUnfinished(const std::string& path) {
 
 bool clsScan_SaveFinalMS3::NotCreated(const FinalMethod& method, const std::string& description) {
     runState_.WriteLogLine(description);
-    runState_.WriteLogLine("Unable to create " + support::GetFolderNameAtDepth(method.newPath, 0));
+    const std::string unable = "Unable to create " + support::GetFolderNameAtDepth(method.newPath, 0);
+    runState_.WriteLogLine(unable);
+    runState_.results->UnwrittenFiles.push_back(unable);
     return false;
 }
 

@@ -12,7 +12,15 @@ class FlushedBuffer : public std::stringbuf {
   public:
     std::function<void(const std::string& text)> onFlush;
 
+    bool fails = false;
+
   protected:
+    int_type overflow(int_type character) override {
+        return fails ? traits_type::eof() : std::stringbuf::overflow(character);
+    }
+    std::streamsize xsputn(const char* text, std::streamsize size) override {
+        return fails ? 0 : std::stringbuf::xsputn(text, size);
+    }
     int sync() override {
         const std::string all = str();
         if (onFlush) onFlush(all.substr(told_));
@@ -32,6 +40,7 @@ struct Ended {
 
 struct Terminal {
     bool isTerminal = false;
+    bool outputIsLost = false;
     std::string typed = {};
     std::function<void(const std::string& text)> onFlush = {};
 };
@@ -42,6 +51,7 @@ inline Ended RunProgram(const std::vector<std::string>& arguments, const Termina
         argv.push_back(argument.c_str());
     FlushedBuffer outBuffer;
     outBuffer.onFlush = terminal.onFlush;
+    outBuffer.fails = terminal.outputIsLost;
     std::ostream out(&outBuffer);
     std::ostringstream err;
     std::istringstream in(terminal.typed);

@@ -3,7 +3,9 @@
 #include <csignal>
 #include <filesystem>
 
+#include "cli/CleanText.h"
 #include "support/Files.h"
+#include "support/Paths.h"
 #include "support/Platform.h"
 #include "support/modFileUtils.h"
 #include "tests/cli/CommandBench.h"
@@ -55,6 +57,39 @@ TEST(CommandLine, HelpsAndTellsItsVersion) {
     EXPECT_EQ(version.out, "veltra-run 0.1.0\n");
 }
 
+const std::string outputLost =
+    "veltra-run: the output could not be written in full: its disk is full, or nothing reads it\n";
+
+TEST(CommandLine, LostOutputIsNoSuccess) {
+    for (const auto& arguments : std::vector<std::vector<std::string>>{
+             {"--help"}, {"--version"}, {"--list-compounds"}, {"--formula", "C"}, {"--check-compound", "caffeine"}}) {
+        const Ended ended = RunProgram(arguments, {.outputIsLost = true});
+        EXPECT_EQ(ended.status, cli::notAllWritten) << arguments[0];
+        EXPECT_EQ(ended.err, outputLost);
+    }
+    EXPECT_EQ(RunProgram({"--formula", "C6 H6"}, {.outputIsLost = true}).status, cli::wrongUsage);
+    const Project project;
+    const Ended run = project.Start({.outputIsLost = true});
+    EXPECT_EQ(run.status, cli::notAllWritten);
+    EXPECT_EQ(run.err, banner + "Veltra: Optimization completed successfully!\n" + outputLost);
+}
+
+/// Characters are whole however they arrive, and nothing moves the cursor or changes colours.
+TEST(CommandLine, CleansWhatComesFromOutside) {
+    std::stringbuf target;
+    {
+        cli::CleanBuffer buffer(target);
+        std::ostream out(&buffer);
+        for (const char c : std::string("\tm\xC2\xB5\n\033[31m\r\xC2\x9B\x9B\xF0\x9F\x98\x80\xE5\x85"))
+            out << c << std::flush;
+    }
+    const std::string bad = "\xEF\xBF\xBD";
+    EXPECT_EQ(target.str(),
+              "\tm\xC2\xB5\n" + bad + "[31m" + bad + bad + bad + "\xF0\x9F\x98\x80" + bad + bad);
+    EXPECT_EQ(RunProgram({"\033[31m"}).err, "The following argument was not expected: " + bad +
+                                               "[31m\nRun with --help for more information.\n");
+}
+
 TEST(CommandLine, ComputesTheMzOfAFormula) {
     EXPECT_EQ(RunProgram({"--formula", "C", "--charge", "0"}).out, "12\n");
     EXPECT_EQ(RunProgram({"--formula", "C", "--charge", "2"}).out, "7.0072825\n");
@@ -99,6 +134,29 @@ TEST(RunOptimization, PrintsLogReportAndWhereTheFilesAre) {
     std::string report = support::ReadWholeFile(folder.substr(0, folder.size() - 1) + "Results.txt");
     std::erase(report, '\r');
     EXPECT_NE(ended.out.find("\n" + report + "\n\nOutput folder: "), std::string::npos);
+}
+
+/// The report is told where its file cannot be written.
+TEST(RunOptimization, TellsWhatCouldNotBeWritten) {
+    for (const std::string name : {"Results.txt", "Log.txt"}) {
+        SCOPED_TRACE(name);
+        const Project project;
+        std::string inTheWay;
+        const Ended ended = project.Start({.onFlush = [&](const std::string& text) {
+            if (text.find("--> MRM") == std::string::npos) return;
+            const std::string data = project.folder.File("Projects/caffeine/Data");
+            inTheWay = support::JoinPath(support::JoinPath(data, support::SubFolders(data).at(0)), name);
+            support::RemoveFileIfThere(inTheWay);
+            support::CreateFolders(inTheWay);
+        }});
+        EXPECT_EQ(ended.status, cli::notAllWritten);
+        EXPECT_EQ(ended.err, banner + "Veltra: Optimization completed successfully!\n"
+                                      "Veltra: The run has ended, but not everything could be written:\n" +
+                                 (name == "Log.txt" ? "The last lines are missing in " + inTheWay
+                                                    : "Cannot write " + inTheWay + ": Is a directory") +
+                                 "\n");
+        EXPECT_NE(ended.out.find("\nQuantitative Optimization for MS3\n"), std::string::npos);
+    }
 }
 
 TEST(RunOptimization, DoesNotStartWithoutWhatItNeeds) {

@@ -170,7 +170,7 @@ TEST(FinalMethodStage, SaysWhichMethodIsMissingAndWhichCannotBeRemoved) {
         support::WriteWholeFile(path, "as it was saved first");
         bench.calls.Fail(canBeRemoved ? "HostSetExcitationTime" : "HostSaveMethodAs", RunBench::hostError,
                          canBeRemoved ? 1 : 2);
-        if (!canBeRemoved) bench.disk.Fail(DiskFault::InputOutput, 1, FaultyDisk::Times::Once);
+        if (!canBeRemoved) bench.disk.Fail(DiskFault::InputOutput, 2, FaultyDisk::Times::Once);
         veltra::RunFinalMethodStage(bench.frame);
         const std::string why =
             canBeRemoved ? "Error during creation of the final method" : "Acquire: Error during saving of " + path;
@@ -181,6 +181,7 @@ TEST(FinalMethodStage, SaysWhichMethodIsMissingAndWhichCannotBeRemoved) {
         bench.ExpectReported({}, log);
         EXPECT_EQ(support::FileExists(path), !canBeRemoved);
         EXPECT_EQ(record.FinalMS3Method, "\\Unable to create " + name);
+        EXPECT_EQ(bench.run.results->UnwrittenFiles, Texts{"Unable to create " + name});
         EXPECT_FALSE(bench.run.AbortRequested);
         EXPECT_TRUE(bench.fake.store.methods.contains(folder.File("C_FinalOptimalMS3_195.125.xmt")));
     }
