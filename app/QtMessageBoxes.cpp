@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QMainWindow>
 #include <QMessageBox>
+#include <iostream>
 
 namespace app {
 namespace {
@@ -37,11 +38,15 @@ QWidget* DialogParent() {
 }
 
 void QtMessageBoxes::Show(const std::string& strText, ports::MessageIcon icon) {
-    Run(strText, IconOf(icon), QMessageBox::Ok);
+    if (hasDisplay_)
+        Run(strText, IconOf(icon), QMessageBox::Ok);
+    else
+        std::cerr << "Veltra: " << strText << std::endl;
 }
 
 bool QtMessageBoxes::AskYesNo(const std::string& strQuestion) {
-    return Run(strQuestion, QMessageBox::Question, QMessageBox::Yes | QMessageBox::No) == QMessageBox::Yes;
+    return hasDisplay_ &&
+           Run(strQuestion, QMessageBox::Question, QMessageBox::Yes | QMessageBox::No) == QMessageBox::Yes;
 }
 
 }  // namespace app

@@ -14,6 +14,11 @@ class QtMessageBoxes : public ports::MessageBoxes {
   public:
     void Show(const std::string& strText, ports::MessageIcon icon) override;
     bool AskYesNo(const std::string& strQuestion) override;
+    /// The display is gone: from now on messages go to the error stream, and every answer is No.
+    void LeaveDisplay() { hasDisplay_ = false; }
+
+  private:
+    bool hasDisplay_ = true;
 };
 
 }  // namespace app

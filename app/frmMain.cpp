@@ -53,7 +53,16 @@ void frmMain::Attach(veltra::RunState& runState, veltra::StartButton& startButto
     LayoutControls();
 }
 
+void frmMain::EndInOrder() {
+    endsInOrder_ = true;
+    const bool isRunning = startButton_->IsRunning();
+    if (isRunning) run_->AbortRequested = true;
+    if (QWidget* dialog = QApplication::activeModalWidget()) dialog->close();
+    if (!isRunning) close();
+}
+
 void frmMain::AddLogEntry(const std::string& strLogEntry) {
+    if (!hasDisplay_) return;
     // The caret goes to where the new line begins (a first line: behind its first character), so that it shows.
     const bool isFirst = txtLog_->document()->isEmpty();
     const int newLine = isFirst ? std::min<int>(1, static_cast<int>(strLogEntry.size()))
@@ -269,7 +278,18 @@ void frmMain::ProcessPendingEvents() {
 }
 
 void frmMain::OnStart() {
-    if (startButton_->Click() == veltra::StartButton::Outcome::TornDown) QApplication::quit();
+    using Outcome = veltra::StartButton::Outcome;
+    const Outcome outcome = startButton_->Click();
+    if (outcome == Outcome::Completed || outcome == Outcome::Aborted) TellWhatIsUnwritten();
+    if (outcome == Outcome::TornDown || endsInOrder_) QApplication::quit();
+}
+
+void frmMain::TellWhatIsUnwritten() {
+    const std::string unwritten = run_->results->UnwrittenMessage();
+    if (unwritten.empty()) return;
+    if (!run_->results->UnwrittenReport.empty()) AddLogEntry("\r\n" + run_->results->UnwrittenReport);
+    AddLogEntry("\r\n" + unwritten);
+    if (!endsInOrder_) run_->messageBoxes.Show(unwritten, ports::MessageIcon::Warning);
 }
 
 void frmMain::OnSettings() {
@@ -288,6 +308,7 @@ void frmMain::ShowHelpLines() {
 
 void frmMain::FinishRun() {
     SetRunButtonsState(ports::RunButtons::Finished);
+    if (endsInOrder_) return;
     run_->messageBoxes.Show(run_->AbortRequested ? "Optimization was aborted!" : "Optimization completed successfully!",
                             ports::MessageIcon::None);
     OnViewResults();

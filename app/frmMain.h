@@ -31,6 +31,13 @@ class frmMain : public QMainWindow, public ports::RunDisplay {
     void Attach(veltra::RunState& runState, veltra::StartButton& startButton,
                 std::function<bool(const std::string& path)> viewText);
 
+    /// The system asks the program to end. A run in progress is aborted without a question and the window closes behind
+    /// it; nothing waits for the user. To be called again and again until the program has ended: dialogs that are open
+    /// are closed, one each time.
+    void EndInOrder();
+    /// The display is gone: nothing is shown any more.
+    void LeaveDisplay() { hasDisplay_ = false; }
+
     void AddLogEntry(const std::string& strLogEntry) override;
     void SetLogText(const std::string& strText) override;
     void UpdateScanProgress(ports::enumVeltraScanType enumProgress, ports::enumProgressState state) override;
@@ -74,6 +81,7 @@ class frmMain : public QMainWindow, public ports::RunDisplay {
     void ShowSettingsText();
     void ShowHelpLines();
     void FinishRun();
+    void TellWhatIsUnwritten();
     void ShowRemainingTime();
     GraphLabels LabelsOf(ports::enumVeltraScanType scanType) const;
     QVector<double> SpectrumMarks(ports::enumVeltraScanType scanType) const;
@@ -84,6 +92,8 @@ class frmMain : public QMainWindow, public ports::RunDisplay {
     std::function<bool(const std::string& path)> viewText_;
     TaskbarProgress taskbar_;
     bool tornDown_ = false;
+    bool endsInOrder_ = false;
+    bool hasDisplay_ = true;
     std::int16_t ms3Index_ = 1;
     std::string methodLinkPath_;
     std::string veskLinkPath_;

@@ -1,9 +1,12 @@
 #include <QApplication>
 #include <QIcon>
+#include <QPointer>
+#include <QTimer>
 #include <chrono>
 #include <exception>
 #include <memory>
 
+#include "app/ExitGuard.h"
 #include "app/QtMessageBoxes.h"
 #include "app/frmMain.h"
 #include "app/frmSelectFolder.h"
@@ -14,15 +17,31 @@
 #include "support/Files.h"
 #include "support/Paths.h"
 #include "support/Platform.h"
+#include "support/StopSignals.h"
 #include "support/modFileUtils.h"
 
 /// The desktop program. Its settings are Veltra.ini beside it, the shipped host's are Orvanel.ini beside it.
 int main(int argc, char** argv) {
+    constexpr int millisecondsBetweenLooks = 100;
+    support::GuardProcess();
+    // Before the toolkit writes to a stream that nobody reads.
+    support::StopSignals stopSignals(veltra::leftUndone);
     QApplication application(argc, argv);
     QApplication::setApplicationName("Veltra");
     QApplication::setDesktopFileName("veltra");
     QApplication::setWindowIcon(QIcon(":/veltra.svg"));
     app::QtMessageBoxes messageBoxes;
+    QPointer<app::frmMain> openWindow;
+    QTimer stopTimer;
+    QObject::connect(&stopTimer, &QTimer::timeout, [&, isAsked = false]() mutable {
+        isAsked = isAsked || stopSignals.TakeRequest();
+        if (!isAsked) return;
+        if (openWindow != nullptr)
+            openWindow->EndInOrder();
+        else if (QWidget* message = QApplication::activeModalWidget())
+            message->close();
+    });
+    stopTimer.start(millisecondsBetweenLooks);
     try {
         const std::string settingsPath = veltra::clsInfo_Settings::DefaultIniPath();
         const auto soleUse = support::HoldFile(settingsPath, "Veltra");
@@ -42,6 +61,12 @@ int main(int argc, char** argv) {
         if (!veltra::CheckInstrument(runState)) return 1;
         window.Attach(runState, startButton, support::OpenInNotepad);
         window.show();
+        const app::ExitGuard exitGuard(application, [&] {
+            messageBoxes.LeaveDisplay();
+            window.LeaveDisplay();
+            startButton.EndNow();
+        });
+        openWindow = &window;
         return QApplication::exec();
     } catch (const std::exception& error) {
         messageBoxes.Show(error.what(), ports::MessageIcon::Critical);

@@ -7,7 +7,7 @@ enum ExitStatus : int {
     completed = 0,
     abortedOrFailed = 1,
     wrongUsage = 2,
-    notStarted = 3,  ///< settings invalid, instrument refused, initialisation failed
+    notStarted = 3,     ///< settings invalid, instrument refused, initialisation failed
     notAllWritten = 4,  ///< completed, but log, report, a final method or the output is not all written
 };
 

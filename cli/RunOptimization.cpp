@@ -5,7 +5,6 @@
 
 #include "cli/CleanText.h"
 #include "cli/Commands.h"
-#include "cli/StopSignals.h"
 #include "host/clsTolmBatch.h"
 #include "orvanel/OrvanelHost.h"
 #include "orvanel/clock/HostClock.h"
@@ -14,6 +13,7 @@
 #include "support/Files.h"
 #include "support/Paths.h"
 #include "support/Platform.h"
+#include "support/StopSignals.h"
 
 namespace cli {
 namespace {
@@ -51,7 +51,7 @@ void PrintReport(const veltra::clsInfo_Results& results, const TerminalStreams& 
 }
 
 ExitStatus Perform(ports::Host& host, const ports::Clock& clock, const std::string& settingsPath,
-                   const TerminalStreams& streams) {
+                   support::StopSignals& stopSignals, const TerminalStreams& streams) {
     veltra::clsInfo_Settings settings(settingsPath);
     settings.ReadGlobalSettings();
     TerminalDisplay display(streams);
@@ -60,9 +60,11 @@ ExitStatus Perform(ports::Host& host, const ports::Clock& clock, const std::stri
     veltra::RunState runState({host, display, messageBoxes, folderChooser, clock}, settings);
     StartButton startButton(runState);
 
-    StopSignals stopSignals;
     display.OnPendingEvents([&] {
-        if (stopSignals.TakeRequest() && !runState.AbortRequested) startButton.Click();
+        if (!stopSignals.TakeRequest() || runState.AbortRequested) return;
+        startButton.Click();
+        display.ClearStatusLine();
+        streams.err << "Veltra: Ending the run in order, Ctrl-C ends it at once and without its report\n";
     });
     if (!veltra::CheckInstrument(runState)) return notStarted;
     const StartButton::Outcome outcome = startButton.Click();
@@ -92,6 +94,7 @@ ExitStatus RunOptimization(const std::string& settingsPath, const std::string& h
         settingsPath.empty() ? veltra::clsInfo_Settings::DefaultIniPath() : support::AbsolutePath(settingsPath);
     const std::string hostIni =
         hostPath.empty() ? support::JoinPath(support::FolderOf(settings), "Orvanel.ini") : hostPath;
+    support::StopSignals stopSignals(veltra::leftUndone);
     try {
         const auto soleUse = support::HoldFile(settings, "Veltra");
         const auto config = orvanel::ReadOrvanelConfig(hostIni, DefaultAppLocation());
@@ -99,7 +102,7 @@ ExitStatus RunOptimization(const std::string& settingsPath, const std::string& h
         const auto host = orvanel::CreateOrvanelHost(config, clock);
         const std::string description = host->GetDescription();
         if (!description.empty()) streams.err << description << '\n';
-        return Perform(*host, clock, settings, streams);
+        return Perform(*host, clock, settings, stopSignals, streams);
     } catch (const std::exception& error) {
         streams.err << "veltra-run: " << CleanText(error.what()) << '\n';
         return notStarted;

@@ -32,8 +32,8 @@ class clsInfo_Results {
     std::string StartTime;
     std::string VeskOutputFilePath;  ///< the run's output folder, ending in a separator
     std::string LogFilePath;
-    std::string UnwrittenLogLines;  ///< what the disk did not take; goes before the next line
-    std::string UnwrittenReport;    ///< the report's text where "Results.txt" could not be written
+    std::string UnwrittenLogLines;            ///< what the disk did not take; goes before the next line
+    std::string UnwrittenReport;              ///< the report's text where "Results.txt" could not be written
     std::vector<std::string> UnwrittenFiles;  ///< which of log, report and final methods are missing or incomplete
     clsItem_CompoundParam DP, EP, CEP, CE, AF2;
 

@@ -26,6 +26,10 @@ const char* const settingsHelpLines =
     "* Select [Settings] button to modify the current settings\r\n"
     "* Select [Advanced] button in Settings to modify the advanced settings";
 
+const char* const leftUndone =
+    "\nVeltra: Ended at once. The run's report is not written, its log has no end, final methods may be missing, and "
+    "the batch session is not logged off.\n";
+
 StartButton::Outcome StartButton::Click() {
     if (running_) {
         if (runState_.messageBoxes.AskYesNo("Are you sure you want to abort the optimization?"))
@@ -80,6 +84,10 @@ void StartButton::ShowInitializationFailed() {
     display.SetLogText(std::string("Initialization unsuccessful!") + support::crLf + support::crLf + settingsHelpLines);
     display.SetRunButtonsState(ports::RunButtons::Idle);
     display.ResetScanProgress();
+}
+
+void StartButton::EndNow() {
+    if (main_) main_->EndNow();
 }
 
 bool StartButton::MayClose() {

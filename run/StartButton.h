@@ -10,6 +10,9 @@ namespace veltra {
 /// What the two help lines under the log say.
 extern const char* const settingsHelpLines;
 
+/// What the user is told when the process ends at once, whatever it is doing.
+extern const char* const leftUndone;
+
 /// The Start button, which is the Abort button while a run is in progress: the only way into a run.
 class StartButton {
   public:
@@ -32,6 +35,10 @@ class StartButton {
 
     /// The window is asked to close. @return whether it may
     bool MayClose();
+
+    /// Ends a run that is in progress like an aborted one, with log, report and logoff. To be called where events are
+    /// processed, when that will not return. The display and the message boxes are used as ever.
+    void EndNow();
 
   private:
     Outcome Run();

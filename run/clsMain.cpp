@@ -40,7 +40,27 @@ void clsMain::WriteReport() {
     }
 }
 
+void clsMain::Finish() {
+    if (!toBeFinished_) return;
+    toBeFinished_ = false;
+    WriteReport();
+    runState_.WriteLogLine(runState_.AbortRequested ? "Optimization aborted!" : "Optimization completed successfully!");
+
+    runState_.batch->Step4_TolmLogoff();
+    if (runState_.batch->ErrorOccurred()) runState_.ReportError(*runState_.batch, ports::MessageIcon::Warning);
+    if (!runState_.results->UnwrittenLogLines.empty())
+        runState_.results->UnwrittenFiles.push_back("The last lines are missing in " + runState_.results->LogFilePath);
+}
+
+void clsMain::EndNow() {
+    if (toBeFinished_) runState_.AbortRequested = true;
+    Finish();
+    // Where the run had not begun yet, this logs off.
+    runState_.batch.reset();
+}
+
 void clsMain::Start() {
+    toBeFinished_ = true;
     runState_.results->StartTime = runState_.clock.Now().longTime;
     if (StartQueue()) {
         // Every stage looks at AbortRequested itself and does nothing when it is set.
@@ -52,14 +72,7 @@ void clsMain::Start() {
         RunMS3Stage(frame);
         RunFinalMethodStage(frame);
     }
-
-    WriteReport();
-    runState_.WriteLogLine(runState_.AbortRequested ? "Optimization aborted!" : "Optimization completed successfully!");
-
-    runState_.batch->Step4_TolmLogoff();
-    if (runState_.batch->ErrorOccurred()) runState_.ReportError(*runState_.batch, ports::MessageIcon::Warning);
-    if (!runState_.results->UnwrittenLogLines.empty())
-        runState_.results->UnwrittenFiles.push_back("The last lines are missing in " + runState_.results->LogFilePath);
+    Finish();
     runState_.display.UpdateScanProgress(ports::enumVeltraScanType::RunFinished, ports::enumProgressState::Pending);
     runState_.batch.reset();
 }

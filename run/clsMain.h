@@ -18,11 +18,16 @@ class clsMain {
     /// Runs all stages, writes the report, logs the outcome and logs off the batch service. Once after Initialize.
     void Start();
 
+    /// Ends the run like an aborted one, in the middle of Initialize or Start.
+    void EndNow();
+
   private:
     bool StartQueue();
     void WriteReport();
+    void Finish();
 
     RunState& runState_;
+    bool toBeFinished_ = false;
 };
 
 }  // namespace veltra

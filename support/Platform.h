@@ -29,9 +29,15 @@ enum class StandardStream { Input = 0, Output = 1, Error = 2 };
 /// Whether a person sits at the other end of the stream.
 bool IsTerminal(StandardStream stream);
 
-/// Lets the handler take Ctrl-C and requests to terminate until the result is destroyed. A read from the terminal that
-/// is under way ends then. A reader of our output that goes away is no reason to end meanwhile.
+/// First of all in a program's main: what was started without standard streams gets some that fail, and a limit on
+/// the size of files makes writing fail instead of ending the process.
+void GuardProcess();
+
+/// Lets the handler take Ctrl-C, a terminal that closes and requests to terminate until the result is destroyed. A read
+/// from the terminal that is under way ends then. A reader of our output that goes away is no reason to end meanwhile.
 std::shared_ptr<void> CatchStopSignals(void (*handler)(int signal));
+/// Prints the text on the error stream and ends the process with status 1. May be called from a signal's handler.
+[[noreturn]] void EndAtOnce(const char* text);
 
 /// Starts a text viewer on the file and does not wait. @return false when none could be started
 bool StartTextViewer(const std::string& path);

@@ -59,23 +59,6 @@ bool IsTerminal(StandardStream stream) {
     return ::isatty(static_cast<int>(stream)) != 0;
 }
 
-std::shared_ptr<void> CatchStopSignals(void (*handler)(int signal)) {
-    using Actions = std::array<std::pair<int, struct sigaction>, 3>;
-    const auto install = [](int signal, void (*action)(int)) {
-        struct sigaction wanted {};
-        struct sigaction before {};
-        wanted.sa_handler = action;  // without SA_RESTART, so that reads are interrupted
-        ::sigaction(signal, &wanted, &before);
-        return std::pair(signal, before);
-    };
-    return {new Actions{install(SIGINT, handler), install(SIGTERM, handler), install(SIGPIPE, SIG_IGN)},
-            [](Actions* before) {
-                for (const auto& [signal, action] : *before)
-                    ::sigaction(signal, &action, nullptr);
-                delete before;
-            }};
-}
-
 std::uint64_t ProcessNumber() {
     return static_cast<std::uint64_t>(::getpid());
 }

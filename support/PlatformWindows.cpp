@@ -10,6 +10,8 @@
 #include <array>
 #include <atomic>
 #include <csignal>
+#include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <stdexcept>
 #include <system_error>
@@ -142,6 +144,17 @@ std::shared_ptr<void> CatchStopSignals(void (*handler)(int signal)) {
     const auto restore = std::shared_ptr<Restore>(new Restore{stopHandler.exchange(handler)});
     ::SetConsoleCtrlHandler(OnConsoleEvent, TRUE);
     return restore;
+}
+
+void EndAtOnce(const char* text) {
+    DWORD written = 0;
+    ::WriteFile(::GetStdHandle(STD_ERROR_HANDLE), text, static_cast<DWORD>(std::strlen(text)), &written, nullptr);
+    ::TerminateProcess(::GetCurrentProcess(), 1);
+    std::abort();
+}
+
+void GuardProcess() {
+    // Handles have no numbers that could be taken, and there are no limits on the size of files.
 }
 
 bool StartTextViewer(const std::string& path) {

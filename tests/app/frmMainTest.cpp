@@ -2,7 +2,10 @@
 
 #include <QPlainTextEdit>
 #include <QProgressBar>
+#include <cstdlib>
+#include <iostream>
 
+#include "app/ExitGuard.h"
 #include "app/frmSettings.h"
 #include "support/Files.h"
 #include "tests/app/AppBench.h"
@@ -183,6 +186,56 @@ TEST(frmMain, ClosingDuringARunUnwindsIt) {
         EXPECT_EQ(window.main.isVisible(), !yes);
         EXPECT_EQ(window.bench.calls.CountOf("TolmSubmitBatch") == 1, yes);
     }
+}
+
+/// The system asks the program to end: nothing is asked, shown or waited for.
+TEST(frmMain, EndsInOrderWhenItIsAskedTo) {
+    for (const bool isRunning : {false, true}) {
+        Window window;
+        WhenOpen<QDialog>([&](QDialog& open) {
+            window.main.EndInOrder();
+            EXPECT_FALSE(open.isVisible());
+        });
+        if (isRunning) window.During(1, [&] { app::frmSettings(window.run, &window.main).exec(); });
+        QTimer::singleShot(0, &window.main, [&] { Click(window.main, isRunning ? "cmdStart" : "cmdSettings"); });
+        QTimer::singleShot(std::chrono::seconds(30), &window.main, [] { QApplication::exit(1); });
+        EXPECT_EQ(QApplication::exec(), 0);
+        EXPECT_EQ(window.bench.boxes.questions, std::vector<std::string>());
+        EXPECT_EQ(window.bench.boxes.shown.size() + window.viewed.size(), 0U);
+        EXPECT_FALSE(window.main.isVisible());
+        if (!isRunning) continue;
+        EXPECT_TRUE(support::ReadWholeFile(window.run.results->LogFilePath).ends_with("Optimization aborted!\r\n"));
+        EXPECT_TRUE(support::FileExists(window.run.results->VeskOutputFilePath + "Results.txt"));
+        EXPECT_EQ(window.bench.calls.CountOf("TolmLogoff"), 1);
+    }
+}
+
+TEST(frmMainDeathTest, EndsTheRunWhenTheDisplayGoesAway) {
+    const auto loseTheDisplay = [] {
+        Window window;
+        const app::ExitGuard guard(*qApp, [&] {
+            window.main.LeaveDisplay();
+            window.startButton.EndNow();
+            std::cerr << support::ReadWholeFile(window.run.results->LogFilePath);
+            std::_Exit(window.bench.calls.CountOf("TolmLogoff"));
+        });
+        window.During(2, [] { std::exit(99); });
+        window.Start();
+    };
+    EXPECT_EXIT(loseTheDisplay(), testing::ExitedWithCode(1), "DP.*Generating Results.*Optimization aborted!");
+}
+
+TEST(frmMain, TellsWhatCouldNotBeWritten) {
+    Window window;
+    window.During(9, [&] { support::CreateFolders(window.run.results->VeskOutputFilePath + "Results.txt"); });
+    window.Start();
+    const std::string path = window.run.results->VeskOutputFilePath + "Results.txt";
+    ASSERT_EQ(window.bench.boxes.shown.size(), 3U);
+    EXPECT_EQ(window.bench.boxes.shown[1].text, "Error opening " + path);
+    EXPECT_EQ(window.bench.boxes.shown[2].text,
+              "The run has ended, but not everything could be written:\r\nCannot write " + path + ": Is a directory");
+    const QString log = window.Find<QPlainTextEdit>("txtLog")->toPlainText();
+    EXPECT_TRUE(log.contains("Quantitative Optimization for MS3\n")) << log.toStdString();
 }
 
 TEST(frmMain, ShowsWhatTheInstrumentCannotOptimise) {

@@ -84,10 +84,9 @@ TEST(CommandLine, CleansWhatComesFromOutside) {
             out << c << std::flush;
     }
     const std::string bad = "\xEF\xBF\xBD";
-    EXPECT_EQ(target.str(),
-              "\tm\xC2\xB5\n" + bad + "[31m" + bad + bad + bad + "\xF0\x9F\x98\x80" + bad + bad);
-    EXPECT_EQ(RunProgram({"\033[31m"}).err, "The following argument was not expected: " + bad +
-                                               "[31m\nRun with --help for more information.\n");
+    EXPECT_EQ(target.str(), "\tm\xC2\xB5\n" + bad + "[31m" + bad + bad + bad + "\xF0\x9F\x98\x80" + bad + bad);
+    EXPECT_EQ(RunProgram({"\033[31m"}).err,
+              "The following argument was not expected: " + bad + "[31m\nRun with --help for more information.\n");
 }
 
 TEST(CommandLine, ComputesTheMzOfAFormula) {
@@ -150,8 +149,9 @@ TEST(RunOptimization, TellsWhatCouldNotBeWritten) {
             support::CreateFolders(inTheWay);
         }});
         EXPECT_EQ(ended.status, cli::notAllWritten);
-        EXPECT_EQ(ended.err, banner + "Veltra: Optimization completed successfully!\n"
-                                      "Veltra: The run has ended, but not everything could be written:\n" +
+        EXPECT_EQ(ended.err, banner +
+                                 "Veltra: Optimization completed successfully!\n"
+                                 "Veltra: The run has ended, but not everything could be written:\n" +
                                  (name == "Log.txt" ? "The last lines are missing in " + inTheWay
                                                     : "Cannot write " + inTheWay + ": Is a directory") +
                                  "\n");
@@ -209,22 +209,36 @@ TEST(RunOptimization, IsRefusedWhileAnotherOneUsesTheFiles) {
     EXPECT_EQ(sameHost.err, "veltra-run: " + project.host + " is in use by another Orvanel" + process);
 }
 
-/// The signals of an impatient user: the run ends in order, with its report.
+std::function<void(const std::string& text)> RaiseAtEpi(std::vector<int> signals) {
+    return [signals = std::move(signals)](const std::string& text) {
+        if (text.find("--> EPI") == std::string::npos) return;
+        for (const int signal : signals)
+            std::raise(signal);
+    };
+}
+
+/// The run ends in order, with its report.
 TEST(RunOptimization, AbortsInOrderOnSignals) {
-    for (const int signal : {SIGINT, SIGTERM}) {
+    // Whoever starts the tests may have it ignored.
+    std::signal(SIGHUP, SIG_DFL);
+    for (const auto& signals : std::vector<std::vector<int>>{{SIGINT}, {SIGTERM, SIGTERM}, {SIGHUP, SIGHUP}}) {
         const Project project;
-        const Ended ended = project.Start({.onFlush = [signal](const std::string& text) {
-            if (text.find("--> EPI") == std::string::npos) return;
-            std::raise(signal);
-            std::raise(signal);
-        }});
+        const Ended ended = project.Start({.onFlush = RaiseAtEpi(signals)});
         EXPECT_EQ(ended.status, cli::abortedOrFailed);
         EXPECT_EQ(ended.err, banner + "Veltra: Are you sure you want to abort the optimization? Yes\n" +
+                                 "Veltra: Ending the run in order, Ctrl-C ends it at once and without its report\n" +
                                  "Veltra: Optimization was aborted!\n");
         EXPECT_NE(ended.out.find("]   Optimization aborted!\n"), std::string::npos);
         EXPECT_NE(ended.out.find("\nOptimization was aborted!\n"), std::string::npos);
         EXPECT_EQ(ended.out.find("--> MRM"), std::string::npos);
     }
+}
+
+TEST(RunOptimizationDeathTest, EndsAtOnceOnASecondCtrlC) {
+    const Project project;
+    EXPECT_EXIT(project.Start({.onFlush = RaiseAtEpi({SIGTERM, SIGINT})}),
+                testing::ExitedWithCode(cli::abortedOrFailed),
+                "Veltra: Ended at once. The run's report is not written, its log has no end");
 }
 
 TEST(RunOptimization, ShowsProgressOnATerminalOnly) {

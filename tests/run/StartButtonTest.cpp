@@ -199,4 +199,22 @@ TEST(StartButton, DuringARunItOnlyAsksWhetherToAbortOrToClose) {
     }
 }
 
+/// Where the display goes away, nothing of the run comes behind what is done here.
+TEST(StartButton, EndsARunThatCannotGoOn) {
+    ButtonBench bench;
+    bench.button.EndNow();
+    bench.display.onPump = [&] {
+        if (bench.fake.submitted.empty()) return;
+        bench.button.EndNow();
+        bench.button.EndNow();
+        throw ports::RunTornDown();
+    };
+    EXPECT_EQ(bench.button.Click(), Outcome::TornDown);
+    const Texts log = bench.TakeLog();
+    EXPECT_EQ(Texts(log.end() - 2, log.end()), (Texts{"Generating Results.txt file...", "Optimization aborted!"}));
+    EXPECT_TRUE(support::ReadWholeFile(bench.OutputFolder() + "Log.txt").ends_with("Optimization aborted!\r\n"));
+    EXPECT_TRUE(support::FileExists(bench.OutputFolder() + "Results.txt"));
+    EXPECT_EQ(bench.calls.CountOf("TolmLogoff"), 1);
+}
+
 }  // namespace

@@ -1,6 +1,7 @@
 #ifndef _WIN32
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -146,6 +147,27 @@ TEST(PlatformPosix, WithoutAKnownLocaleTheFixedFormCounts) {
         EXPECT_EQ(GeneralDateText(format, time), "5/13/2024 3:05:09 PM");
         EXPECT_EQ(format.localeName, "C");
     }
+}
+
+/// In a process of its own, which starts without standard output and may write files of 4 bytes only.
+TEST(PlatformPosix, GuardsAProcessThatWasStartedPoorly) {
+    const TempFolder folder;
+    const pid_t child = ::fork();
+    if (child == 0) {
+        ::close(STDOUT_FILENO);
+        GuardProcess();
+        const bool outputFails = ::write(STDOUT_FILENO, "x", 1) < 0;
+        const rlimit limit{4, 4};
+        ::setrlimit(RLIMIT_FSIZE, &limit);
+        const std::string path = folder.File("new");
+        const bool writingFails =
+            ErrorOf([&] { WriteWholeFile(path, "12345"); }) == "Cannot write " + path + ": File too large";
+        ::_exit(outputFails && writingFails ? 0 : 1);
+    }
+    int status = 0;
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    EXPECT_TRUE(WIFEXITED(status));
+    EXPECT_EQ(WEXITSTATUS(status), 0);
 }
 
 }  // namespace
