@@ -24,8 +24,12 @@ namespace {
 void WriteSettings(const std::string& path, const std::string& compoundName, const orvanel::ProjectFacts& facts) {
     veltra::clsInfo_Settings settings(path);
     SuitToCompound(settings, compoundName, facts);
-    settings.WriteGlobalSettings();
-    if (!support::FileExists(path)) throw support::FileError("Cannot write " + path);
+    try {
+        settings.StoreGlobalSettings();
+    } catch (const std::exception&) {
+        support::RemoveFileIfThere(path);
+        throw;
+    }
 }
 
 /// The path of a compound file in full, so that it is not taken for the name of a compound that ships; a name as it is.
@@ -46,10 +50,18 @@ ExitStatus MakeNewProject(const NewProjectOptions& options, const TerminalStream
             throw std::invalid_argument(settingsPath + " is there already: choose another folder or remove it");
         const std::string compound = CompoundOrFile(options.compound);
         const std::string compoundName = CompoundNameOf(compound);
+        if (const std::string problem = support::FileNameProblem(compoundName); !problem.empty())
+            throw std::invalid_argument("The compound's name \"" + compoundName + "\" " + problem +
+                                        ", rename its file");
         const std::string name = options.name.empty() ? compoundName : options.name;
         const auto facts =
             orvanel::CreateProject({options.folder, name, compound, DefaultAppLocation(), options.modelCode});
-        WriteSettings(settingsPath, compoundName, facts);
+        try {
+            WriteSettings(settingsPath, compoundName, facts);
+        } catch (const std::exception&) {
+            orvanel::TakeBack(facts);
+            throw;
+        }
         streams.out << "Starter method: " << facts.starterMethodPath << '\n'
                     << "Settings:       " << settingsPath << '\n'
                     << "Host:           " << facts.orvanelIniPath << '\n'

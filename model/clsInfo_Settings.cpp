@@ -4,6 +4,7 @@
 
 #include "model/SettingsKeys.h"
 #include "support/FileNames.h"
+#include "support/Files.h"
 #include "support/NumberText.h"
 #include "support/Paths.h"
 #include "support/Platform.h"
@@ -16,6 +17,13 @@ namespace {
 
 using support::GeneralText;
 using support::JoinLines;
+
+std::vector<support::IniEntry> EntriesOf(const clsInfo_Settings& settings) {
+    std::vector<support::IniEntry> entries;
+    for (const auto& key : SettingsKeys())
+        entries.push_back({key.section, key.key, key.write(settings)});
+    return entries;
+}
 
 }  // namespace
 
@@ -32,10 +40,19 @@ void clsInfo_Settings::ReadGlobalSettings() {
     }
 }
 
-void clsInfo_Settings::WriteGlobalSettings() const {
-    std::vector<support::IniEntry> entries;
+void clsInfo_Settings::StoreGlobalSettings() const {
+    const auto lock = support::LockForSaving(iniPath_);
+    support::PlatformWriteIni(support::NativePath(iniPath_), EntriesOf(*this), *disk_);
+    clsInfo_Settings stored(iniPath_, *disk_);
+    stored.ReadGlobalSettings();
     for (const auto& key : SettingsKeys())
-        entries.push_back({key.section, key.key, key.write(*this)});
+        if (key.write(stored) != key.write(*this))
+            throw support::FileError("Cannot store " + std::string(key.key) + "=" + key.write(*this) + " in " +
+                                     iniPath_ + ": the file would not be read back so, choose another name");
+}
+
+void clsInfo_Settings::WriteGlobalSettings() const {
+    const auto entries = EntriesOf(*this);
     const auto lock = support::LockForSaving(iniPath_);
     support::WriteIniStrings(iniPath_, entries, *disk_);
 }

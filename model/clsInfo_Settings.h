@@ -53,6 +53,8 @@ class clsInfo_Settings {
     void ReadGlobalSettings();
     /// Stores every setting; failures are ignored.
     void WriteGlobalSettings() const;
+    /// The same, and reads back what was stored. @throws std::exception that says what could not be stored, and why
+    void StoreGlobalSettings() const;
 
     /// The left and right column of the settings text block, line beside line, joined by CR LF.
     std::string GetSettingsHeadingColumn() const;

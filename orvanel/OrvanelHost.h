@@ -49,12 +49,17 @@ struct ProjectFacts {
     double highestFragmentMz = 0;
     double dpRampEnd = 0;   ///< V, a declustering potential at which the ion falls apart already
     double fragmentCe = 0;  ///< V, mean of the fragments' best collision energies; 0 when the compound file states none
+    std::vector<std::string> made;  ///< paths of the files and folders that were not there, in the order of making
 };
 
 /// Writes Orvanel.ini (ClockFactor=0), Projects/NAME/Acquisition Methods/Start.xmt and Projects/NAME/Data. The starter
-/// method's voltages are sound but not the optimum.
-/// @throws ports::HostError when the folder already holds such a project, the compound is unknown or a path is too long
+/// method's voltages are sound but not the optimum. Where that fails, nothing is left.
+/// @throws ports::HostError when the folder already holds such a project, the compound is unknown, a path is too long
+/// or could not be read back from an INI file, or the disk fails
 ProjectFacts CreateProject(const NewProject& project, const support::Disk& disk = support::SystemDisk());
+
+/// Removes what was made, as far as nothing else is in the folders by now. Failures are ignored.
+void TakeBack(const ProjectFacts& facts, const support::Disk& disk = support::SystemDisk()) noexcept;
 
 /// Names and titles of the compounds that ship, sorted by name. @throws ports::HostError
 struct CompoundSummary {

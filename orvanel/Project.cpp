@@ -14,6 +14,7 @@
 #include "ports/HostError.h"
 #include "support/FileNames.h"
 #include "support/Files.h"
+#include "support/IniDocument.h"
 #include "support/NumberText.h"
 #include "support/Paths.h"
 #include "support/Text.h"
@@ -137,6 +138,25 @@ ProjectFacts FactsOf(const Compound& compound) {
     return facts;
 }
 
+/// Refuses what an INI file could not give back.
+void RequireIniValue(const std::string& path) {
+    const auto readBack = support::IniDocument::Parse("[S]\nK=" + path).Value("S", "K");
+    if (readBack != path || !support::IsPlainText(path))
+        Fail("The path \"" + support::Excerpt(path) +
+             "\" cannot be kept in an INI file, choose one in UTF-8 without line ends, blanks or quotes at its ends");
+}
+
+/// Creates a folder and notes those that were missing.
+void MakeFolder(std::string path, std::vector<std::string>& made, const support::Disk& disk) {
+    while (path.size() > 1 && support::IsPathSeparator(path.back()))
+        path.pop_back();
+    if (support::FolderExists(path)) return;
+    const std::string above = support::FolderOf(path);
+    if (!above.empty() && above != path) MakeFolder(above, made, disk);
+    support::CreateFolders(path, disk);
+    made.push_back(path);
+}
+
 std::string IniText(const NewProject& project, const std::string& compound, int operatingMode) {
     std::string text;
     const auto line = [&](const std::string& content) { text += content + support::crLf; };
@@ -162,7 +182,9 @@ ProjectFacts CreateProject(const NewProject& project, const support::Disk& disk)
     if (project.folder.empty()) Fail("No folder is given for the project");
     const auto elements = OpenElementTableFile(ElementTablePath(project.appLocation), disk);
     const std::string compoundFile = FindCompoundFile(project.appLocation, project.compound, disk);
-    const bool isPath = compoundFile == project.compound;
+    const std::string sprayed =
+        compoundFile == project.compound ? support::AbsolutePath(compoundFile) : project.compound;
+    RequireIniValue(sprayed);
     const Compound compound = LoadCompound(compoundFile, *elements, disk);
     const auto models = LoadInstrumentModels(ModelsFolder(project.appLocation), disk);
     const MethodDocument method = StarterMethod(FindModel(models, project.modelCode), compound);
@@ -176,22 +198,37 @@ ProjectFacts CreateProject(const NewProject& project, const support::Disk& disk)
     if (facts.starterMethodPath.size() > maximumMethodPathBytes)
         Fail("The path " + facts.starterMethodPath + " has " + std::to_string(facts.starterMethodPath.size()) +
              " bytes, more than the " + std::to_string(maximumMethodPathBytes) + " allowed, choose a shorter folder");
+    RequireIniValue(facts.starterMethodPath);
     for (const auto& path : {facts.orvanelIniPath, facts.starterMethodPath})
         if (AsHostError(errorNumber::badProject, [&] { return support::FileExists(path, disk); }))
             Fail("The file " + path + " exists already, choose another folder or name");
 
     try {
-        support::CreateFolders(methods, disk);
-        support::CreateFolders(support::JoinPath(projectFolder, "Data"), disk);
+        MakeFolder(methods, facts.made, disk);
+        MakeFolder(support::JoinPath(projectFolder, "Data"), facts.made, disk);
         WriteMethodFile(facts.starterMethodPath, method, disk);
-        support::WriteWholeFile(facts.orvanelIniPath,
-                                IniText(project, isPath ? support::AbsolutePath(compoundFile) : project.compound,
-                                        method.MassSpec()->operatingMode),
+        facts.made.push_back(facts.starterMethodPath);
+        support::WriteWholeFile(facts.orvanelIniPath, IniText(project, sprayed, method.MassSpec()->operatingMode),
                                 disk);
+        facts.made.push_back(facts.orvanelIniPath);
     } catch (const support::FileError& error) {
+        TakeBack(facts, disk);
         Fail(error.what());
+    } catch (...) {
+        TakeBack(facts, disk);
+        throw;
     }
     return facts;
+}
+
+void TakeBack(const ProjectFacts& facts, const support::Disk& disk) noexcept {
+    for (auto path = facts.made.rbegin(); path != facts.made.rend(); ++path) {
+        try {
+            disk.Remove(support::NativePath(*path));
+        } catch (const std::exception&) {
+            // The others are tried all the same.
+        }
+    }
 }
 
 std::vector<CompoundSummary> ListCompounds(const std::string& appLocation) {

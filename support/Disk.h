@@ -98,6 +98,7 @@ class Disk {
     virtual void Rename(const std::string& from, const std::string& to) const = 0;
     /// Returns when the folder's list of names is on the medium. @param path empty for the current folder
     virtual void FlushFolder(const std::string& path) const = 0;
+    /// A file, or a folder that is empty.
     virtual void Remove(const std::string& path) const = 0;
     /// One folder in one that exists.
     virtual void MakeFolder(const std::string& path) const = 0;

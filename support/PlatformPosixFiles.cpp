@@ -146,7 +146,7 @@ class PosixDisk : public Disk {
         PosixFile(path.empty() ? "." : path, O_RDONLY | O_DIRECTORY).Flush();
     }
     void Remove(const std::string& path) const override {
-        if (::unlink(path.c_str()) != 0) FailWithLastError();
+        if (::remove(path.c_str()) != 0) FailWithLastError();
     }
     void MakeFolder(const std::string& path) const override {
         if (::mkdir(path.c_str(), 0777) != 0) FailWithLastError();

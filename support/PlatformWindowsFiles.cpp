@@ -180,7 +180,9 @@ class WindowsDisk : public Disk {
         // Renaming has written through already, and a folder has no handle that could be flushed.
     }
     void Remove(const std::string& path) const override {
-        if (::DeleteFileW(Wide(path).c_str()) == 0) FailWithLastError();
+        const DWORD attributes = ::GetFileAttributesW(Wide(path).c_str());
+        const bool isFolder = attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+        if ((isFolder ? ::RemoveDirectoryW : ::DeleteFileW)(Wide(path).c_str()) == 0) FailWithLastError();
     }
     void MakeFolder(const std::string& path) const override {
         if (::CreateDirectoryW(Wide(path).c_str(), nullptr) == 0) FailWithLastError();

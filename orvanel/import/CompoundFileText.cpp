@@ -31,6 +31,12 @@ class Writer {
     void Line(const std::string& line = "") { text_ += line + "\n"; }
     void Key(const std::string& key, const std::string& value) { Line(key + "=" + value); }
 
+    /// A text that begins and ends like a quotation, which a reader takes the quotes from.
+    static std::string Quoted(const std::string& text) {
+        const bool hasQuotes = !text.empty() && text.front() == text.back() && (text[0] == '"' || text[0] == '\'');
+        return hasQuotes ? "\"" + text + "\"" : text;
+    }
+
     /// A comment of any length, broken at blanks.
     void Comment(const std::string& text) {
         std::string line = ";";
@@ -80,7 +86,7 @@ class Writer {
 
     void Ion() {
         Line("[Compound]");
-        Key("Title", Made().title);
+        Key("Title", Quoted(Made().title));
         Key("IonFormula", Made().ionFormula);
         Key("Adduct", Made().adduct);
         Key("Polarity", ion_.negative ? "negative" : "positive");

@@ -115,6 +115,9 @@ ImportResult ImportCompound(const CompoundImport& import, const support::Disk& d
     if (!import.toFolder.empty()) support::CreateFolders(import.toFolder, disk);
     support::WholeFileWriter writer(result.path, CompoundFileText(result.ion, result.fitted), disk);
     Compound readBack = LoadCompound(writer.TemporaryPath(), *elements, disk);
+    if (readBack.title != result.fitted.compound.title)
+        throw ports::HostError(spectrumFileFaulty, "The name \"" + result.fitted.compound.title +
+                                                       "\" cannot be kept in a compound file, change the record's");
     writer.Commit();
     result.curves = DeviationOf(readBack, result);
     result.leftOut = LeaveOneOut(readBack.breakdown);

@@ -115,9 +115,52 @@ TEST(NewProject, IsReadyToRunAndNeverOverwritten) {
     const Ended again = RunProgram({"--new-project", project.folder.Path(), "--compound", "caffeine"});
     EXPECT_EQ(again.status, cli::wrongUsage);
     EXPECT_EQ(again.err, "veltra-run: " + project.settings + " is there already: choose another folder or remove it\n");
-    const TempFolder other;
-    EXPECT_EQ(RunProgram({"--new-project", other.Path(), "--compound", "unobtainium"}).status, cli::wrongUsage);
-    EXPECT_FALSE(support::FileExists(other.File("Veltra.ini")));
+}
+
+/// What cannot be completed leaves nothing behind.
+TEST(NewProject, IsTakenBackWhereItCannotBeCompleted) {
+    const TempFolder folder;
+    const std::string oddPath = folder.File("line\nSeed=2");
+    const std::string file = "/caffeine.ini";
+    const std::string oddName = folder.File("a:b.ini");
+    const std::string quotes = folder.File("'a'.ini");
+    support::CreateFolders(oddPath);
+    for (const std::string& copy : {oddPath + file, oddName, quotes})
+        support::WriteWholeFile(copy, support::ReadWholeFile(VELTRA_APP_LOCATION "/compounds" + file));
+    const std::string notKept =
+        "\" cannot be kept in an INI file, choose one in UTF-8 without line ends, blanks or quotes at its ends";
+    const std::string excerpt = folder.File("line?Seed=2");
+    struct Case {
+        std::string below;
+        std::string compound;
+        std::string inTheWay;  ///< a folder where a file is to be written
+        std::string reason;
+        int status;
+    };
+    for (const auto& [below, compound, inTheWay, reason, status] :
+         {Case{"x", "unobtainium", "", "There is no compound \"unobtainium\"", cli::wrongUsage},
+          Case{"x\ny", "caffeine", "", notKept, cli::wrongUsage},
+          Case{"x\xE4", "caffeine", "", notKept, cli::wrongUsage},
+          Case{"x", oddPath + file, "", "The path \"" + excerpt + file + notKept, cli::wrongUsage},
+          Case{"x", oddName, "", "The compound's name \"a:b\" cannot hold \":\", rename its file", cli::wrongUsage},
+          Case{"x", quotes, "", "Cannot store CompoundName='a' in ", cli::abortedOrFailed},
+          Case{"x/y", "caffeine", "Orvanel.ini", "/x/y/Orvanel.ini: Is a directory", cli::wrongUsage},
+          Case{"x/y", "caffeine", "Veltra.ini", "/x/y/Veltra.ini: Is a directory", cli::abortedOrFailed}}) {
+        const TempFolder target;
+        const std::string project = target.File(below);
+        const std::string obstacle = inTheWay.empty() ? "" : support::JoinPath(project, inTheWay);
+        if (!obstacle.empty()) support::CreateFolders(obstacle);
+        const Ended ended = RunProgram({"--new-project", project, "--compound", compound, "--project-name", "p"});
+        EXPECT_EQ(ended.status, status) << reason;
+        EXPECT_NE(ended.err.find(reason), std::string::npos) << ended.err;
+        std::vector<std::string> left;
+        for (const auto& entry : std::filesystem::recursive_directory_iterator(target.Path()))
+            left.push_back(entry.path().string());
+        if (obstacle.empty())
+            EXPECT_EQ(left.size(), 0U) << reason;
+        else
+            EXPECT_EQ(left, (std::vector<std::string>{target.File("x"), project, obstacle})) << reason;
+    }
 }
 
 TEST(RunOptimization, PrintsLogReportAndWhereTheFilesAre) {

@@ -8,7 +8,7 @@ namespace {
 
 /// An invented spectrum of an invented compound.
 std::string Spectrum(const std::string& energy, const std::string& peaks) {
-    return "Name: Testane\nPrecursor_type: [M+H]+\nFormula: C17H23NO4\nInstrument_type: QqQ\nCollision_energy: " +
+    return "Name: \"Testane\"\nPrecursor_type: [M+H]+\nFormula: C17H23NO4\nInstrument_type: QqQ\nCollision_energy: " +
            energy + "\nLicense: CC0\nNum Peaks: 4\n" + peaks + "\n\n";
 }
 
@@ -33,6 +33,8 @@ TEST(CompoundCommands, FromSpectraToAWholeRun) {
         EXPECT_NE(import.out.find(line), std::string::npos) << line << "in\n" << import.out;
 
     const std::string file = folder.File("compounds/testane.ini");
+    // The quotes belong to the name.
+    EXPECT_EQ(RunProgram({"--check-compound", file}).out.substr(0, 11), "\"Testane\": ");
     const Ended project = RunProgram({"--new-project", folder.File("demo"), "--compound", file});
     EXPECT_EQ(project.err, "");
     EXPECT_TRUE(support::FileExists(folder.File("demo/Projects/testane/Acquisition Methods/Start.xmt")));
