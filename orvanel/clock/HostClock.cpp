@@ -9,9 +9,14 @@
 namespace orvanel {
 
 HostClock::HostClock(double factor, TimePoint start, support::DateFormat format, bool utc)
+    : HostClock(factor, start, std::move(format), utc, Sources()) {}
+
+HostClock::HostClock(double factor, TimePoint start, support::DateFormat format, bool utc, Sources sources)
     : factor_(factor),
       start_(start),
-      realStart_(std::chrono::steady_clock::now()),
+      sources_(std::move(sources)),
+      dateAtStart_(sources_.date()),
+      realStart_(sources_.monotonic()),
       format_(std::move(format)),
       utc_(utc) {}
 
@@ -29,13 +34,14 @@ ports::DateTimeTexts HostClock::Now() const {
 }
 
 HostClock::TimePoint HostClock::Time() const {
+    if (factor_ == 1) return start_ + (sources_.date() - dateAtStart_);
     return start_ +
            std::chrono::duration_cast<TimePoint::duration>(std::chrono::duration<double, std::milli>(ElapsedMs()));
 }
 
 double HostClock::ElapsedMs() const {
     if (factor_ <= 0) return static_cast<double>(sleptNs_.load()) / 1e6;
-    const std::chrono::duration<double, std::milli> real = std::chrono::steady_clock::now() - realStart_;
+    const std::chrono::duration<double, std::milli> real = sources_.monotonic() - realStart_;
     return real.count() * factor_;
 }
 

@@ -3,6 +3,7 @@
 #include <atomic>
 #include <chrono>
 #include <cstdint>
+#include <functional>
 
 #include "ports/Clock.h"
 #include "support/DateTexts.h"
@@ -12,13 +13,22 @@ namespace orvanel {
 /// The one clock of a host: log, queue, timestamps and pauses all go by it.
 ///
 /// Factor 1 is real time; factor f > 0 runs f times faster, pauses too; factor 0 is virtual: only Sleep advances it.
+/// What a real clock shows follows the system's date, which goes on while the machine sleeps and may be set; what it
+/// measures does not.
 class HostClock : public ports::Clock {
   public:
     using TimePoint = std::chrono::system_clock::time_point;
 
+    /// The system's clocks, or others.
+    struct Sources {
+        std::function<TimePoint()> date = std::chrono::system_clock::now;
+        std::function<std::chrono::steady_clock::time_point()> monotonic = std::chrono::steady_clock::now;
+    };
+
     /// @param start what the clock shows at first
     /// @param utc texts in UTC instead of local time
     HostClock(double factor, TimePoint start, support::DateFormat format, bool utc = false);
+    HostClock(double factor, TimePoint start, support::DateFormat format, bool utc, Sources sources);
 
     ports::DateTimeTexts Now() const override;
     TimePoint Time() const;
@@ -30,6 +40,8 @@ class HostClock : public ports::Clock {
   private:
     double factor_;
     TimePoint start_;
+    Sources sources_;
+    TimePoint dateAtStart_;
     std::chrono::steady_clock::time_point realStart_;
     std::atomic<std::int64_t> sleptNs_{0};  ///< virtual time only
     support::DateFormat format_;

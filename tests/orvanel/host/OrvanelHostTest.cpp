@@ -309,6 +309,23 @@ TEST(CreateProject, RefusesWhatWouldOverwriteOrCannotWork) {
     EXPECT_FALSE(support::FolderExists(surroundings.folder.File("Projects/" + longName)));
 }
 
+/// A machine that slept an hour in the second that its monotonic clock has counted.
+TEST(HostClock, RealTimeShowsTheDateAndMeasuresWithoutIt) {
+    using namespace std::chrono_literals;
+    const std::chrono::sys_seconds date = std::chrono::sys_days(std::chrono::year(2024) / 2 / 29) + 20h;
+    for (const auto& [factor, shown] : {std::pair{1.0, "3/1/2024 9:00:01 AM"}, {60.0, "3/1/2024 8:01:00 AM"}}) {
+        std::chrono::hours slept{0};
+        std::chrono::seconds measured{0};
+        const orvanel::HostClock clock(
+            factor, date + 12h, {}, true,
+            {[&] { return date + slept + measured; }, [&] { return std::chrono::steady_clock::time_point(measured); }});
+        slept = 1h;
+        measured = 1s;
+        EXPECT_EQ(clock.Now().generalDate, shown);
+        EXPECT_EQ(clock.ElapsedMs(), 1000 * factor);
+    }
+}
+
 TEST(HostClock, VirtualTimeMovesByPausesOnly) {
     orvanel::HostClock clock(0, std::chrono::sys_days(std::chrono::year(2024) / 2 / 29) + std::chrono::hours(23), {},
                              true);
