@@ -3,6 +3,7 @@
 
 #include "cli/CleanText.h"
 #include "cli/Commands.h"
+#include "support/NumberText.h"
 
 namespace cli {
 namespace {
@@ -26,6 +27,17 @@ constexpr const char* footer =
     "  veltra-run --new-project demo --compound compounds/mine.ini\n"
     "  veltra-run --explore sample.mzML --mz 609.28";
 
+/// CLI::Range takes what is not a number for one in any range.
+CLI::Validator NumberIn(double lowest, double highest) {
+    return {[lowest, highest](std::string& text) {
+                const auto value = support::ParseDouble(text);
+                if (value && *value >= lowest && *value <= highest) return std::string();
+                return text + " is not a number from " + support::GeneralText(lowest) + " to " +
+                       support::GeneralText(highest);
+            },
+            ""};
+}
+
 CLI::Option* AddImportOptions(CLI::App& app, ImportOptions& import) {
     constexpr double lowestScale = 0.05;
     constexpr double highestScale = 20;
@@ -42,26 +54,31 @@ CLI::Option* AddImportOptions(CLI::App& app, ImportOptions& import) {
     app.add_option("--energy-scale", import.energyScale,
                    "Volts here for a volt of the spectra (default: 1 for triple quadrupoles, 0.65 for others)")
         ->type_name("FACTOR")
-        ->check(CLI::Range(lowestScale, highestScale).description(""))
+        ->check(NumberIn(lowestScale, highestScale))
         ->needs(option);
     return option;
 }
 
 CLI::Option* AddExploreOptions(CLI::App& app, ExploreOptions& explore) {
     constexpr int mostPeaks = 32767;
+    constexpr double lowestMz = 0.001;
+    constexpr double highestMz = 1e6;  // of what can be in a file
     auto* option = app.add_option("--explore", explore.path, "Evaluate any mzML file as the stages of a run do")
                        ->type_name("FILE");
     const auto add = [&](const char* name, auto& value, const char* text, const char* type) {
         return app.add_option(name, value, text)->type_name(type)->needs(option);
     };
-    const auto count = CLI::Range(1, mostPeaks).description("");
+    const auto count = NumberIn(1, mostPeaks);
     add("--experiment", explore.experiment, "Which experiment of the file (default: its first)", "NUMBER")
         ->check(count);
     add("--cycle", explore.cycle, "One cycle of it (default: the mean of all)", "NUMBER")->check(count);
     add("--mz", explore.mz, "MS1: find the parent there; MS2, MS3: the strongest fragments apart from it", "MZ")
-        ->check(CLI::PositiveNumber);
+        ->check(NumberIn(lowestMz, highestMz));
     add("--top", explore.top, "Only the strongest monoisotopic peaks", "NUMBER")->check(count);
-    app.add_flag("--list-experiments", explore.listsExperiments, "Only list the file's experiments")->needs(option);
+    auto* list = app.add_flag("--list-experiments", explore.listsExperiments, "Only list the file's experiments");
+    list->needs(option);
+    for (const char* ofOne : {"--experiment", "--cycle", "--mz", "--top"})
+        list->excludes(ofOne);
     app.add_flag("--json", explore.json, "For programs")->needs(option);
     return option;
 }
@@ -71,6 +88,8 @@ ExitStatus RunCommand(int argc, const char* const* argv, const TerminalStreams& 
     app.footer(footer);
     app.set_version_flag("--version", "veltra-run " VELTRA_VERSION);
 
+    constexpr double highestModelCode = 9999;
+    constexpr double mostCharges = 32767;
     std::string settings;
     std::string host;
     NewProjectOptions project;
@@ -85,7 +104,8 @@ ExitStatus RunCommand(int argc, const char* const* argv, const TerminalStreams& 
             ->check(CLI::Validator(CLI::ExistingFile).description(""));
     auto* hostOption =
         app.add_option("--host", host, "The host's configuration (default: Orvanel.ini beside the settings file)")
-            ->type_name("FILE");
+            ->type_name("FILE")
+            ->check(CLI::Validator(CLI::ExistingFile).description(""));
     auto* newProject = app.add_option("--new-project", project.folder, "Make a project under this folder, ready to run")
                            ->type_name("DIR")
                            ->excludes(settingsOption);
@@ -99,10 +119,12 @@ ExitStatus RunCommand(int argc, const char* const* argv, const TerminalStreams& 
     app.add_option("--model", project.modelCode, "Model code of the new project's instrument")
         ->capture_default_str()
         ->type_name("CODE")
+        ->check(NumberIn(1, highestModelCode))
         ->needs(newProject);
     auto* formulaOption = app.add_option("--formula", formula, "Print the m/z of a formula")->type_name("FORMULA");
     app.add_option("--charge", charge, "Number of charges of the formula's ion, negative for anions")
         ->type_name("NUMBER")
+        ->check(NumberIn(-mostCharges, mostCharges))
         ->needs(formulaOption);
     auto* listOption = app.add_flag("--list-compounds", listCompounds, "List what the shipped instrument can spray");
     ImportOptions import;
@@ -115,6 +137,8 @@ ExitStatus RunCommand(int argc, const char* const* argv, const TerminalStreams& 
     for (auto* mode : {importOption, checkOption, exploreOption})
         for (auto* other : {settingsOption, newProject, formulaOption})
             mode->excludes(other);
+    listOption->excludes(hostOption);
+    listOption->excludes(settingsOption);
     for (auto* mode : {newProject, formulaOption, importOption, checkOption, exploreOption}) {
         mode->excludes(listOption);
         mode->excludes(hostOption);

@@ -69,6 +69,22 @@ std::vector<const orvanel::StoredSpectrum*> ChooseSpectra(const ExploreOptions& 
     return chosen;
 }
 
+/// The number that a monoisotopic peak has in its list. Several may share an m/z, and even an intensity.
+/// @param taken numbers of others
+int NumberOf(const veltra::clsItem_Peak& wanted, const ports::PeakList& peaks, const std::vector<int>& taken) {
+    using List = ports::PeakList;
+    int number = peaks.ExplorePeakCount();
+    const auto isWanted = [&] {
+        return peaks.ExplorePeakAttribute(number, List::attributeIsotopeMarker) == 1 &&
+               peaks.ExplorePeakCentroid(number, List::centroidMz) == wanted.CentroidMass &&
+               peaks.ExplorePeakCentroid(number, List::centroidIntensity) == wanted.CentroidIntensity &&
+               std::find(taken.begin(), taken.end(), number) == taken.end();
+    };
+    while (number > 1 && !isWanted())
+        --number;
+    return number;
+}
+
 /// The strongest monoisotopic peaks away from the precursor, as the EPI and the MS3 stage take them.
 void TakeTopPeaks(const ExploreOptions& options, ExploreFindings& findings) {
     const auto& kind = findings.content.kind;
@@ -87,7 +103,7 @@ void TakeTopPeaks(const ExploreOptions& options, ExploreFindings& findings) {
         findings.excludedToleranceDa, static_cast<std::int16_t>(percentLimit), belowThreshold);
     findings.precursorRemains = !belowThreshold;
     for (const auto& peak : top)
-        findings.shown.push_back(findings.peaks->ExploreFindNearest(peak->CentroidMass, 0));
+        findings.shown.push_back(NumberOf(*peak, *findings.peaks, findings.shown));
 }
 
 void FindPeaks(const ExploreOptions& options, ExploreFindings& findings) {
@@ -119,6 +135,10 @@ ExploreFindings Explore(const ExploreOptions& options) {
     ExploreFindings findings;
     findings.content = orvanel::ReadDataFile(options.path, static_cast<std::size_t>(options.experiment - 1));
     if (options.listsExperiments) return findings;
+    const bool asksForSpectra = options.experiment > 1 || options.cycle || options.mz || options.top;
+    if (findings.content.spectra.empty() && asksForSpectra)
+        throw std::runtime_error("The data file \"" + options.path +
+                                 "\" holds no mass spectra; --experiment, --cycle, --mz and --top ask for some");
     if (!findings.content.spectra.empty()) FindPeaks(options, findings);
     findings.traces = FindApexes(findings.content);
     if (!findings.peaks && findings.traces.empty())

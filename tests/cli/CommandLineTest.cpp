@@ -37,7 +37,15 @@ TEST(CommandLine, RefusesWrongUsage) {
          {std::pair{Arguments{"--nonsense"}, "The following argument was not expected: --nonsense\n"},
           {{"--new-project", folder.Path()}, "--new-project requires --compound\n"},
           {{"--compound", "caffeine"}, "--compound requires --new-project\n"},
-          {{"--charge", "x", "--formula", "C"}, "Could not convert: --charge = x\n"},
+          {{"--charge", "x", "--formula", "C"}, "--charge: x is not a number from -32767 to 32767\n"},
+          {{"--explore", "f", "--mz", "nan"}, "--mz: nan is not a number from 0.001 to 1000000\n"},
+          {{"--explore", "f", "--mz", "-5"}, "--mz: -5 is not a number from 0.001 to 1000000\n"},
+          {{"--explore", "f", "--cycle", "0"}, "--cycle: 0 is not a number from 1 to 32767\n"},
+          {{"--import-compound", "x", "--from", "y", "--energy-scale", "nan"},
+           "--energy-scale: nan is not a number from 0.05 to 20\n"},
+          {{"--new-project", "x", "--compound", "y", "--model", "-3"}, "--model: -3 is not a number from 1 to 9999\n"},
+          {{"--explore", "f", "--list-experiments", "--top", "3"}, "--top excludes --list-experiments\n"},
+          {{"--host", "/no/such/Orvanel.ini"}, "--host: File does not exist: /no/such/Orvanel.ini\n"},
           {{"--settings", "/no/such/Veltra.ini"}, "--settings: File does not exist: /no/such/Veltra.ini\n"}}) {
         const Ended ended = RunProgram(arguments);
         EXPECT_EQ(ended.status, cli::wrongUsage);
