@@ -9,6 +9,7 @@
 #include <QMenu>
 #include <QMessageBox>
 #include <QMimeData>
+#include <QPainter>
 #include <QSaveFile>
 #include <QSvgGenerator>
 #include <QVBoxLayout>
@@ -245,6 +246,29 @@ void ResultsGraphControl::AskAndSave(const QString& suffix) {
     if (!SaveAs(path)) QMessageBox::warning(this, "Veltra", tr("%1 could not be written.").arg(path), QMessageBox::Ok);
 }
 
+int ResultsGraphControl::NoteHeight() const {
+    constexpr int margin = 4;
+    return labels_.note.isEmpty() ? 0 : fontMetrics().height() + margin;
+}
+
+void ResultsGraphControl::DrawNote(QPainter& painter) const {
+    const QRect line(0, plot_->height(), plot_->width(), NoteHeight());
+    painter.fillRect(line, palette().base());
+    painter.setPen(palette().color(QPalette::Text));
+    painter.setFont(font());
+    painter.drawText(line, Qt::AlignLeft | Qt::AlignVCenter, labels_.note);
+}
+
+QPixmap ResultsGraphControl::Picture() const {
+    constexpr int scale = 2;
+    QPixmap picture(scale * plot_->width(), scale * (plot_->height() + NoteHeight()));
+    QPainter painter(&picture);
+    painter.drawPixmap(0, 0, plot_->toPixmap(0, 0, scale));
+    painter.scale(scale, scale);
+    DrawNote(painter);
+    return picture;
+}
+
 bool ResultsGraphControl::SaveAs(const QString& path) {
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly)) return false;
@@ -254,14 +278,14 @@ bool ResultsGraphControl::SaveAs(const QString& path) {
     } else if (path.endsWith(".svg", Qt::CaseInsensitive)) {
         QSvgGenerator svg;
         svg.setOutputDevice(&file);
-        svg.setSize(plot_->size());
-        svg.setViewBox(QRect(QPoint(0, 0), plot_->size()));
+        svg.setSize(plot_->size() + QSize(0, NoteHeight()));
+        svg.setViewBox(QRect(QPoint(0, 0), svg.size()));
         QCPPainter painter(&svg);
         plot_->toPainter(&painter);
+        DrawNote(painter);
         painter.end();
-    } else {
-        constexpr double scale = 2;
-        if (!plot_->toPixmap(0, 0, scale).save(&file, "PNG")) return false;
+    } else if (!Picture().save(&file, "PNG")) {
+        return false;
     }
     return file.commit();
 }
@@ -274,7 +298,7 @@ double ResultsGraphControl::PaneApexX(int pane) const {
 
 QString ResultsGraphControl::CsvText() const {
     const auto quoted = [](const QString& title) { return "\"" + QString(title).replace("\"", "\"\"") + "\""; };
-    QString text;
+    QString text = labels_.note.isEmpty() ? QString() : quoted(labels_.note) + "\r\n";
     std::size_t longest = 0;
     for (std::size_t i = 0; i < panes_.size(); ++i) {
         const auto index = static_cast<qsizetype>(i);
@@ -300,7 +324,7 @@ QString ResultsGraphControl::CsvText() const {
 
 void ResultsGraphControl::CopyToClipboard() {
     auto* content = new QMimeData;
-    content->setImageData(plot_->toPixmap(0, 0, 2).toImage());
+    content->setImageData(Picture().toImage());
     content->setText(CsvText());
     QApplication::clipboard()->setMimeData(content);
 }

@@ -21,6 +21,7 @@ struct GraphLabels {
     bool isSpectrum = false;
     QVector<double> marks;  ///< x of what the run chose
     QString markName;
+    QString note = {};  ///< stands in every picture and file that is made of the graph
 };
 
 /// The graph control of the main window: panes that are drawn over each other in one pair of axes. The wheel and
@@ -74,6 +75,9 @@ class ResultsGraphControl : public QWidget, public ports::GraphControl {
     void ShowCoordinates(const QPoint& position);
     void ShowContextMenu(const QPoint& position);
     void AskAndSave(const QString& suffix);
+    QPixmap Picture() const;
+    int NoteHeight() const;
+    void DrawNote(QPainter& painter) const;
 
     QCustomPlot* plot_;
     QLabel* coordinates_;

@@ -194,6 +194,7 @@ QVector<double> frmMain::SpectrumMarks(enumVeltraScanType scanType) const {
 GraphLabels frmMain::LabelsOf(enumVeltraScanType scanType) const {
     GraphLabels labels;
     labels.yTitle = tr("Intensity (cps)");
+    labels.note = labelBanner_->text();
     labels.isSpectrum = scanType == enumVeltraScanType::ER || scanType == enumVeltraScanType::EPI ||
                         scanType == enumVeltraScanType::MS3;
     if (!run_->results) return labels;

@@ -23,6 +23,8 @@ namespace orvanel {
 
 namespace {
 
+constexpr const char* simulatedMark = "simulated instrument: nothing here was measured";
+
 std::string WithoutSeparatorAtEnd(std::string path) {
     while (!path.empty() && support::IsPathSeparator(path.back()))
         path.pop_back();
@@ -164,9 +166,12 @@ void HostState::LogSample(const QueuedSample& sample, QueueStatus outcome, const
                              : outcome == QueueStatus::Failed ? "failed: " + failure
                                                               : "stopped";
     try {
-        support::AppendToFile(BesideIni(config_, "Orvanel.log"),
-                              clock_.Now().generalDate + "\t" + sample.methodPath + "\t" + sample.dataFilePath + "\t" +
-                                  text + support::crLf,
+        const std::string path = BesideIni(config_, "Orvanel.log");
+        const std::string heading =
+            support::FileExists(path) ? "" : std::string("Samples of a ") + simulatedMark + support::crLf;
+        support::AppendToFile(path,
+                              heading + clock_.Now().generalDate + "\t" + sample.methodPath + "\t" +
+                                  sample.dataFilePath + "\t" + text + support::crLf,
                               disk_);
     } catch (const support::FileError&) {
         // A log that cannot be written must not fail the acquisition, whose data are there.

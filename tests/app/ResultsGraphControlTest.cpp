@@ -21,7 +21,8 @@ class ResultsGraph : public testing::Test {
         graph.SetPaneData(1, FixedChromatogram({10, 12, 14}, {1, 5, 2}));
         graph.SetXAxisLimits({10, 14});
         graph.SetYAxisLimits({1, 5});
-        graph.SetLabels({"CE (V)", "Intensity (cps)", {"609.281 -> 397.212"}, false, {12}, "CE"});
+        graph.SetLabels(
+            {"CE (V)", "Intensity (cps)", {"609.281 -> 397.212"}, false, {12}, "CE", "Simulated instrument"});
     }
     QCustomPlot& Plot() { return *graph.findChild<QCustomPlot*>(); }
 
@@ -44,12 +45,19 @@ TEST_F(ResultsGraph, ShowsItsRangeAndGoesBackToIt) {
 
 TEST_F(ResultsGraph, IsSavedAndCopied) {
     const TempFolder folder;
-    const std::string csv = "\"CE (V)\",\"609.281 -> 397.212\"\r\n10,1\r\n12,5\r\n14,2\r\n";
+    const std::string csv = "\"Simulated instrument\"\r\n\"CE (V)\",\"609.281 -> 397.212\"\r\n10,1\r\n12,5\r\n14,2\r\n";
     for (const std::string name : {"graph.csv", "graph.svg", "graph.png"})
         ASSERT_TRUE(graph.SaveAs(QString::fromStdString(folder.File(name)))) << name;
     EXPECT_EQ(support::ReadWholeFile(folder.File("graph.csv")), csv);
-    EXPECT_NE(support::ReadWholeFile(folder.File("graph.svg")).find("CE (V)"), std::string::npos);
-    EXPECT_FALSE(QImage(QString::fromStdString(folder.File("graph.png"))).isNull());
+    for (const char* text : {"CE (V)", "Simulated instrument"})
+        EXPECT_NE(support::ReadWholeFile(folder.File("graph.svg")).find(text), std::string::npos) << text;
+    // The note has a line of its own below the graph.
+    const QImage picture(QString::fromStdString(folder.File("graph.png")));
+    ASSERT_GT(picture.height(), 2 * Plot().height());
+    const QImage note = picture.copy(0, 2 * Plot().height(), picture.width(), picture.height() - 2 * Plot().height());
+    QImage blank(note.size(), note.format());
+    blank.fill(note.pixelColor(0, 0));
+    EXPECT_NE(note, blank);
     EXPECT_FALSE(graph.SaveAs(QString::fromStdString(folder.File("missing/graph.png"))));
     graph.CopyToClipboard();
     EXPECT_EQ(QApplication::clipboard()->text().toStdString(), csv);
