@@ -1,8 +1,11 @@
 #include "app/frmMain.h"
 
+#include <QDir>
 #include <QPlainTextEdit>
 #include <QProgressBar>
+#include <QSettings>
 #include <cstdlib>
+#include <filesystem>
 #include <iostream>
 
 #include "app/ExitGuard.h"
@@ -217,11 +220,17 @@ TEST(frmMainDeathTest, EndsTheRunWhenTheDisplayGoesAway) {
             window.main.LeaveDisplay();
             window.startButton.EndNow();
             std::cerr << support::ReadWholeFile(window.run.results->LogFilePath);
+            // Nothing of this process tidies up behind it.
+            const QSettings user(QSettings::IniFormat, QSettings::UserScope, "Veltra", "Veltra");
+            QDir(QDir::cleanPath(user.fileName() + "/../..")).removeRecursively();
+            std::filesystem::remove_all(window.bench.project.folder.Path());
             std::_Exit(window.bench.calls.CountOf("TolmLogoff"));
         });
         window.During(2, [] { std::exit(99); });
         window.Start();
     };
+    // In a process with a connection of its own to the display, where there is one.
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
     EXPECT_EXIT(loseTheDisplay(), testing::ExitedWithCode(1), "DP.*Generating Results.*Optimization aborted!");
 }
 
