@@ -53,13 +53,15 @@ int main(int argc, char** argv) {
                                                      {support::OpenWithDesktop, support::OpenInNotepad});
 
         veltra::clsInfo_Settings settings(settingsPath);
-        settings.ReadGlobalSettings();
+        const auto ignoredSettings = settings.ReadGlobalSettings();
         app::QtFolderChooser folderChooser;
         app::frmMain window;
         veltra::RunState runState({*host, window, messageBoxes, folderChooser, clock}, settings);
         veltra::StartButton startButton(runState);
         if (!veltra::CheckInstrument(runState)) return 1;
         window.Attach(runState, startButton, support::OpenInNotepad);
+        for (const auto& line : ignoredSettings)
+            window.AddLogEntry(line);
         window.show();
         const app::ExitGuard exitGuard(application, [&] {
             messageBoxes.LeaveDisplay();

@@ -53,8 +53,10 @@ void PrintReport(const veltra::clsInfo_Results& results, const TerminalStreams& 
 ExitStatus Perform(ports::Host& host, const ports::Clock& clock, const std::string& settingsPath,
                    support::StopSignals& stopSignals, const TerminalStreams& streams) {
     veltra::clsInfo_Settings settings(settingsPath);
-    settings.ReadGlobalSettings();
+    const auto ignoredSettings = settings.ReadGlobalSettings();
     TerminalDisplay display(streams);
+    for (const auto& line : ignoredSettings)
+        display.AddLogEntry(line);
     TerminalMessageBoxes messageBoxes(streams, display);
     TerminalFolderChooser folderChooser(streams, display);
     veltra::RunState runState({host, display, messageBoxes, folderChooser, clock}, settings);

@@ -123,4 +123,21 @@ const std::vector<SettingsKey>& SettingsKeys() {
     return keys;
 }
 
+std::vector<std::string> ReadSettings(const support::IniDocument& document, clsInfo_Settings& settings) {
+    std::vector<std::string> ignored;
+    std::string culprit;
+    for (const auto& key : SettingsKeys()) {
+        const std::string text = document.ShortValue(key.section, key.key);
+        if (text.empty() && !key.takesEmpty) continue;
+        if (culprit.empty() && key.read(settings, text)) continue;
+        const std::string used = key.write(settings);
+        if (!culprit.empty() && used == text) continue;
+        ignored.push_back(std::string(key.key) + "=" + support::Excerpt(text) + " is ignored" +
+                          (culprit.empty() ? ", it is no such value" : " after the wrong " + culprit) + "; " + used +
+                          " is used instead");
+        if (culprit.empty()) culprit = key.key;
+    }
+    return ignored;
+}
+
 }  // namespace veltra

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "model/clsInfo_Settings.h"
+#include "support/IniDocument.h"
 
 namespace veltra {
 
@@ -20,5 +21,11 @@ struct SettingsKey {
 
 /// Every key of the file, in the order in which it is read and written.
 const std::vector<SettingsKey>& SettingsKeys();
+
+/// Overlays the file's values on the current ones, in the order of the keys. A missing key or value keeps what there
+/// is; the first text that does not convert ends the reading.
+/// @return one line for that text and each value behind it that would have changed a setting: what is ignored and what
+/// is used instead
+std::vector<std::string> ReadSettings(const support::IniDocument& document, clsInfo_Settings& settings);
 
 }  // namespace veltra

@@ -31,13 +31,13 @@ std::string clsInfo_Settings::DefaultIniPath() {
     return support::JoinPath(support::ProgramFolder(), "Veltra.ini");
 }
 
-void clsInfo_Settings::ReadGlobalSettings() {
-    if (!support::FileExists(iniPath_, *disk_)) return;
-    for (const auto& key : SettingsKeys()) {
-        const std::string text = support::ReadIniString(iniPath_, key.section, key.key, *disk_);
-        if (text.empty() && !key.takesEmpty) continue;
-        if (!key.read(*this, text)) return;
-    }
+std::vector<std::string> clsInfo_Settings::ReadGlobalSettings() {
+    const auto text = support::ReadIniText(iniPath_, *disk_);
+    if (!text) return {};
+    auto ignored = ReadSettings(support::IniDocument::Parse(*text), *this);
+    for (auto& line : ignored)
+        line.insert(0, iniPath_ + ": ");
+    return ignored;
 }
 
 void clsInfo_Settings::StoreGlobalSettings() const {

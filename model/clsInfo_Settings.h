@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "ports/MessageBoxes.h"
 #include "support/Disk.h"
@@ -48,9 +49,11 @@ class clsInfo_Settings {
     /// The settings file beside the program.
     static std::string DefaultIniPath();
 
-    /// Overlays the file on the current values. A missing file, key or value keeps what there is; the first text that
-    /// does not convert ends the reading silently.
-    void ReadGlobalSettings();
+    /// Overlays the file on the current values, as ReadSettings (model/SettingsKeys.h) does; nothing when there is no
+    /// file.
+    /// @return a line for each value that was ignored, to be logged: it says what is used instead
+    /// @throws support::FileError when the file is there and cannot be read as a whole; then nothing is changed
+    std::vector<std::string> ReadGlobalSettings();
     /// Stores every setting; failures are ignored.
     void WriteGlobalSettings() const;
     /// The same, and reads back what was stored. @throws std::exception that says what could not be stored, and why

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <stdexcept>
 
+#include "support/Files.h"
+#include "support/Paths.h"
 #include "support/Text.h"
 
 namespace support {
@@ -57,8 +59,8 @@ std::size_t SkipByteOrderMark(std::string_view text) {
     return at;
 }
 
-bool HasLineEnd(std::string_view text) {
-    return text.find_first_of("\r\n") != std::string_view::npos;
+bool BreaksText(std::string_view text) {
+    return text.find_first_of(std::string_view("\r\n\0", 3)) != std::string_view::npos;
 }
 
 /// Where a value is to be written: over a line, or on a new one.
@@ -131,10 +133,29 @@ std::optional<std::string> IniDocument::Value(std::string_view section, std::str
     return entry->value;
 }
 
+std::string IniDocument::ShortValue(std::string_view section, std::string_view key) const {
+    constexpr std::size_t longestValue = 255;
+    return Value(section, key).value_or("").substr(0, longestValue);
+}
+
+std::optional<std::string> ReadIniText(const std::string& path, const Disk& disk) {
+    constexpr std::uint64_t sizeLimit = 1 << 20;
+    try {
+        if (disk.Status(NativePath(path)).kind == PathKind::Nothing) return std::nullopt;
+    } catch (const DiskError& error) {
+        throw FileError("Cannot read " + path + ": " + error.what());
+    }
+    std::string text = ReadWholeFile(path, sizeLimit, disk);
+    if (text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF") || text.find('\0') != std::string::npos)
+        throw FileError("Cannot read " + path + ": it is UTF-16 or no text, save it as UTF-8");
+    return text;
+}
+
 std::string WithIniValue(std::string_view text, std::string_view section, std::string_view key,
                          std::string_view value) {
-    if (HasLineEnd(section) || HasLineEnd(key) || HasLineEnd(value))
-        throw std::invalid_argument("a line end inside the value of " + std::string(key) + " would break the file");
+    if (BreaksText(section) || BreaksText(key) || BreaksText(value))
+        throw std::invalid_argument("a line end or a byte 0 inside the value of " + std::string(key) +
+                                    " would break the file");
     const std::string_view original = text;
     text.remove_prefix(SkipByteOrderMark(text));
     section = Trim(section);

@@ -5,6 +5,8 @@
 #include <string_view>
 #include <vector>
 
+#include "support/Disk.h"
+
 namespace support {
 
 /// An INI text in the reading of the platform's private-profile functions: sections and keys without regard to (ASCII)
@@ -33,15 +35,22 @@ class IniDocument {
     const Entry* Find(std::string_view section, std::string_view key) const;
     /// The value, or nothing when section or key is missing.
     std::optional<std::string> Value(std::string_view section, std::string_view key) const;
+    /// As the private-profile functions give it: at most 255 bytes, empty when section or key is missing.
+    std::string ShortValue(std::string_view section, std::string_view key) const;
 
   private:
     std::vector<Section> sections_;
 };
 
+/// The text of an INI file that programs write, read as one, so that all its values come from one state of it.
+/// @return nothing when there is no such file
+/// @throws FileError when it cannot be read, is larger than 1 MiB, or is UTF-16
+std::optional<std::string> ReadIniText(const std::string& path, const Disk& disk = SystemDisk());
+
 /// The text with one value set: the first match is replaced and keeps its key's spelling, a new key goes to its
 /// section's end, a new section to the text's end; everything else stays byte for byte, but a text that changes loses
 /// its byte order mark, which hides the first section from other readers.
-/// @throws std::invalid_argument when section, key or value holds a line end
+/// @throws std::invalid_argument when section, key or value holds a line end or a byte 0
 std::string WithIniValue(std::string_view text, std::string_view section, std::string_view key, std::string_view value);
 
 }  // namespace support

@@ -26,8 +26,6 @@
 namespace support {
 namespace {
 
-constexpr std::uint64_t largestIniFile = 1 << 20;
-
 struct LocaleRelease {
     void operator()(locale_t locale) const { ::freelocale(locale); }
 };
@@ -107,13 +105,11 @@ bool LocaleDatePatterns(const std::string& localeName, std::string& shortDate, s
 
 std::string PlatformReadIni(const std::string& path, const std::string& section, const std::string& key,
                             const Disk& disk) {
-    constexpr std::size_t longestValue = 255;
-    const auto value = IniDocument::Parse(ReadWholeFile(path, largestIniFile, disk)).Value(section, key);
-    return value.value_or("").substr(0, longestValue);
+    return IniDocument::Parse(ReadIniText(path, disk).value_or("")).ShortValue(section, key);
 }
 
 void PlatformWriteIni(const std::string& path, const std::vector<IniEntry>& entries, const Disk& disk) {
-    const std::string old = FileExists(path, disk) ? ReadWholeFile(path, largestIniFile, disk) : std::string();
+    const std::string old = ReadIniText(path, disk).value_or("");
     std::string changed = old;
     for (const auto& entry : entries) {
         try {

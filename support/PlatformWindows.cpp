@@ -17,6 +17,7 @@
 #include <system_error>
 
 #include "support/Files.h"
+#include "support/IniDocument.h"
 #include "support/Paths.h"
 #include "support/Platform.h"
 #include "support/PlatformWindowsFiles.h"
@@ -87,8 +88,8 @@ std::string PrivateProfilePath(const std::string& path) {
     return narrow;
 }
 
-bool HasLineEnd(std::string_view text) {
-    return text.find_first_of("\r\n") != std::string_view::npos;
+bool BreaksText(std::string_view text) {
+    return text.find_first_of(std::string_view("\r\n\0", 3)) != std::string_view::npos;
 }
 
 // The system hands a console routine no context, so that it can reach nothing but a global.
@@ -201,12 +202,11 @@ std::string PlatformReadIni(const std::string& path, const std::string& section,
 
 void PlatformWriteIni(const std::string& path, const std::vector<IniEntry>& entries, const Disk& disk) {
     // The system changes the file in place, so that a copy is changed and then put in place as a whole.
-    const std::string old = FileExists(path, disk) ? ReadWholeFile(path, anySize, disk) : std::string();
+    const std::string old = ReadIniText(path, disk).value_or("");
     WholeFileWriter writer(path, old, disk);
     const std::string copy = PrivateProfilePath(writer.TemporaryPath());
     for (const auto& entry : entries) {
-        // A line end would break the file.
-        if (HasLineEnd(entry.section) || HasLineEnd(entry.key) || HasLineEnd(entry.value)) continue;
+        if (BreaksText(entry.section) || BreaksText(entry.key) || BreaksText(entry.value)) continue;
         if (::WritePrivateProfileStringA(entry.section.c_str(), entry.key.c_str(), entry.value.c_str(), copy.c_str()) ==
             0)
             throw FileError("Cannot write " + path + ": " + WindowsErrorText(::GetLastError()));

@@ -7,7 +7,12 @@ void fuzz::Try(std::string_view input) {
     namespace path = orvanel::registryPath;
     const orvanel::RegistryFile registry(FileWith("Orvanel.registry.ini", input));
     const auto before = registry.Read(path::dataLocation);
-    Require(registry.Write(path::lastProject, "Study 1"), "a value can be written");
+    if (!registry.Write(path::lastProject, "Study 1")) {
+        const bool isText =
+            input.find('\0') == input.npos && !input.starts_with("\xFF\xFE") && !input.starts_with("\xFE\xFF");
+        Require(!isText && !before, "a value can be written to any text");
+        return;
+    }
     Require(registry.Read(path::lastProject) == "Study 1", "a value that was written is read");
     Require(registry.Read(path::dataLocation) == before, "the other values stay");
     Require(!registry.Write(path::lastProject, "two\nlines"), "what would break the file is not written");

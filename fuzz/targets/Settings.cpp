@@ -2,6 +2,7 @@
 #include "model/SettingsKeys.h"
 #include "model/clsInfo_Settings.h"
 #include "support/FileNames.h"
+#include "support/Files.h"
 #include "support/IniDocument.h"
 #include "tests/support_files/RecordedMessageBoxes.h"
 
@@ -16,8 +17,14 @@ bool IsWrapped(const std::string& value) {
 /// Any file can be read as settings; what was read is read again after it was written; and settings that pass the
 /// checks name their files with a name that files can have.
 void fuzz::Try(std::string_view input) {
-    veltra::clsInfo_Settings settings(FileWith("Veltra.ini", input));
-    settings.ReadGlobalSettings();
+    const std::string path = FileWith("Veltra.ini", input);
+    veltra::clsInfo_Settings settings(path);
+    try {
+        settings.ReadGlobalSettings();
+    } catch (const support::FileError& error) {
+        RequireRefusal(error.what(), path);
+        return;
+    }
     RecordedMessageBoxes boxes;
     if (settings.AreSettingsValid(boxes))
         Require(support::IsPortableName(settings.CompoundName), "valid settings have a compound name for files");

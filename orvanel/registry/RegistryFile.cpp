@@ -1,6 +1,5 @@
 #include "orvanel/registry/RegistryFile.h"
 
-#include <cstdint>
 #include <exception>
 
 #include "support/Files.h"
@@ -10,8 +9,6 @@
 namespace orvanel {
 
 namespace {
-
-constexpr std::uint64_t sizeLimit = 1 << 20;
 
 struct KeyAndName {
     std::string_view key;
@@ -28,10 +25,10 @@ std::optional<KeyAndName> SplitPath(std::string_view path) {
 
 std::optional<std::string> RegistryFile::Read(std::string_view valuePath) const {
     const auto split = SplitPath(valuePath);
+    if (!split) return std::nullopt;
     try {
-        if (!split || !support::FileExists(path_, disk_)) return std::nullopt;
-        return support::IniDocument::Parse(support::ReadWholeFile(path_, sizeLimit, disk_))
-            .Value(split->key, split->name);
+        const auto text = support::ReadIniText(path_, disk_);
+        return support::IniDocument::Parse(text.value_or("")).Value(split->key, split->name);
     } catch (const support::FileError&) {
         return std::nullopt;
     }
@@ -42,8 +39,7 @@ bool RegistryFile::Write(std::string_view valuePath, const std::string& value) c
         const auto split = SplitPath(valuePath);
         if (!split) return false;
         const auto lock = support::LockForSaving(path_);
-        const std::string text =
-            support::FileExists(path_, disk_) ? support::ReadWholeFile(path_, sizeLimit, disk_) : "";
+        const std::string text = support::ReadIniText(path_, disk_).value_or("");
         const std::string changed = support::WithIniValue(text, split->key, split->name, value);
         if (changed != text) support::WriteWholeFile(path_, changed, disk_);
         return true;

@@ -10,6 +10,7 @@
 #include "support/Paths.h"
 #include "support/Platform.h"
 #include "support/Text.h"
+#include "tests/support_files/FaultyDisk.h"
 #include "tests/support_files/RecordedMessageBoxes.h"
 #include "tests/support_files/TempFolder.h"
 
@@ -73,7 +74,7 @@ class Settings : public testing::Test {
     clsInfo_Settings ReadFrom(const std::string& text) const {
         support::WriteWholeFile(path, text);
         clsInfo_Settings settings(path);
-        settings.ReadGlobalSettings();
+        ignored = settings.ReadGlobalSettings();
         return settings;
     }
 
@@ -87,6 +88,7 @@ class Settings : public testing::Test {
 
     const TempFolder folder;
     const std::string path = folder.File("Veltra.ini");
+    mutable std::vector<std::string> ignored;  ///< what the last reading said
 };
 
 TEST_F(Settings, DefaultsAreWrittenWhole) {
@@ -115,11 +117,17 @@ TEST_F(Settings, ATextThatDoesNotConvertEndsTheReadingThere) {
         if (broken.wrong == nullptr) continue;
         const auto settings = ReadFrom(FileText(
             [&](const auto& line, std::size_t position) { return position == bad ? line.wrong : line.other; }));
+        std::vector<std::string> told{path + ": " + broken.key + "=" + broken.wrong +
+                                      " is ignored, it is no such value; " + broken.standard + " is used instead"};
         for (std::size_t i = 0; i < veltra::SettingsKeys().size(); ++i) {
             const auto& line = i < basicLines.size() ? basicLines[i] : advancedLines[i - basicLines.size()];
+            if (i > bad)
+                told.push_back(path + ": " + line.key + "=" + line.other + " is ignored after the wrong " + broken.key +
+                               "; " + line.standard + " is used instead");
             EXPECT_EQ(veltra::SettingsKeys()[i].write(settings), i < bad ? line.other : line.standard)
                 << line.key << " with a wrong " << broken.key;
         }
+        EXPECT_EQ(ignored, told);
     }
 }
 
@@ -134,6 +142,38 @@ TEST_F(Settings, EmptyOrMissingKeysKeepTheirValueButPathAndName) {
         EXPECT_EQ(read.ExpectedMZ, 195.0876);
         EXPECT_EQ(read.Advanced_ERScanRate, "1000");
         EXPECT_TRUE(read.Advanced_MS3UseQ0Trapping);
+    }
+}
+
+TEST_F(Settings, AFileThatCannotBeReadIsToldAndStaysAsItIs) {
+    const auto refuses = [&](const support::Disk& disk, const std::string& reason) {
+        clsInfo_Settings settings(path, disk);
+        settings.CompoundName = "Caffeine";
+        try {
+            settings.ReadGlobalSettings();
+            ADD_FAILURE() << reason;
+        } catch (const support::FileError& error) {
+            EXPECT_EQ(error.what(), "Cannot read " + path + ": " + reason);
+        }
+        const std::string before = support::ReadWholeFile(path);
+        settings.WriteGlobalSettings();
+        EXPECT_TRUE(support::ReadWholeFile(path) == before) << reason;
+    };
+    for (const auto& text : {std::string("\xFF\xFE[\0V\0", 6), std::string("[\0V\0", 4)}) {
+        support::WriteWholeFile(path, text);
+        refuses(support::SystemDisk(), "it is UTF-16 or no text, save it as UTF-8");
+    }
+    support::WriteWholeFile(path, std::string((1 << 20) + 1, ' '));
+    refuses(support::SystemDisk(), "it has 1048577 bytes, more than the 1048576 allowed");
+    support::WriteWholeFile(path, "[Veltra]\r\nCompoundName=Codeine\r\n");
+    std::size_t operations = 0;
+    FaultyDisk sound;
+    clsInfo_Settings(path, sound).ReadGlobalSettings();
+    while (++operations <= sound.Operations().size()) {
+        if (sound.Operations()[operations - 1].call == DiskCall::Close) continue;
+        FaultyDisk disk;
+        disk.Fail(DiskFault::InputOutput, operations, FaultyDisk::Times::FromThenOn);
+        refuses(disk, "Input/output error");
     }
 }
 

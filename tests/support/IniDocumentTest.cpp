@@ -7,6 +7,7 @@
 
 #include "support/Files.h"
 #include "support/modFileUtils.h"
+#include "tests/support_files/FaultyDisk.h"
 #include "tests/support_files/TempFolder.h"
 
 namespace {
@@ -126,6 +127,15 @@ TEST(IniFile, AWriteThatFailsOrChangesNothingLeavesTheFile) {
     WriteIniString(path, "V", "k", "v");
     WriteIniString(path, "V", "k", "line\nend");
     EXPECT_EQ(std::filesystem::last_write_time(path), longAgo);
+
+    // Whatever fails, what is stored is not taken for missing and written anew.
+    for (std::size_t operation = 1;; ++operation) {
+        FaultyDisk disk;
+        disk.Fail(DiskFault::InputOutput, operation, FaultyDisk::Times::Once);
+        WriteIniString(path, "W", "k", std::to_string(operation), disk);
+        EXPECT_TRUE(ReadWholeFile(path).starts_with("[V]\r\nk=v\r\n")) << operation;
+        if (!disk.HasFired()) break;
+    }
 
     WriteIniString(folder.File("missing/a.ini"), "V", "k", "v");
     WriteIniString(folder.Path(), "V", "k", "v");
