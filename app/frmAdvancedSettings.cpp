@@ -303,7 +303,8 @@ void frmAdvancedSettings::accept() {
     } catch (const support::RunTimeError&) {
         return;  // the dialog stays open on the entry that is no number; nothing is saved
     }
-    runState_.settings.WriteGlobalSettings();
+    if (const std::string failure = runState_.settings.WriteGlobalSettings(); !failure.empty())
+        runState_.display.AddLogEntry(failure);
     QDialog::accept();
 }
 

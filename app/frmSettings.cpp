@@ -169,7 +169,8 @@ void frmSettings::accept() {
     settings.ExpectedMZ = support::ParseDouble(txtExpectedMZ_->text().toStdString()).value_or(0);
     settings.Polarity = optPositivePolarity_->isChecked() ? 0 : 1;
     settings.Q1Resolution = comboQ1Resolution_->currentIndex();
-    settings.WriteGlobalSettings();
+    if (const std::string failure = settings.WriteGlobalSettings(); !failure.empty())
+        runState_.display.AddLogEntry(failure);
     settings.OrvanelProjectName = ProjectNameOf(settings.StarterMethodFilePath);
     QDialog::accept();
 }

@@ -41,8 +41,7 @@ std::vector<std::string> clsInfo_Settings::ReadGlobalSettings() {
 }
 
 void clsInfo_Settings::StoreGlobalSettings() const {
-    const auto lock = support::LockForSaving(iniPath_);
-    support::PlatformWriteIni(support::NativePath(iniPath_), EntriesOf(*this), *disk_);
+    if (const std::string failure = WriteGlobalSettings(); !failure.empty()) throw support::FileError(failure);
     clsInfo_Settings stored(iniPath_, *disk_);
     stored.ReadGlobalSettings();
     for (const auto& key : SettingsKeys())
@@ -51,10 +50,14 @@ void clsInfo_Settings::StoreGlobalSettings() const {
                                      iniPath_ + ": the file would not be read back so, choose another name");
 }
 
-void clsInfo_Settings::WriteGlobalSettings() const {
-    const auto entries = EntriesOf(*this);
-    const auto lock = support::LockForSaving(iniPath_);
-    support::WriteIniStrings(iniPath_, entries, *disk_);
+std::string clsInfo_Settings::WriteGlobalSettings() const {
+    try {
+        const auto lock = support::LockForSaving(iniPath_);
+        support::PlatformWriteIni(support::NativePath(iniPath_), EntriesOf(*this), *disk_);
+        return {};
+    } catch (const std::exception& error) {
+        return error.what();
+    }
 }
 
 std::string clsInfo_Settings::GetSettingsHeadingColumn() const {

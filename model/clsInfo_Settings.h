@@ -54,9 +54,9 @@ class clsInfo_Settings {
     /// @return a line for each value that was ignored, to be logged: it says what is used instead
     /// @throws support::FileError when the file is there and cannot be read as a whole; then nothing is changed
     std::vector<std::string> ReadGlobalSettings();
-    /// Stores every setting; failures are ignored.
-    void WriteGlobalSettings() const;
-    /// The same, and reads back what was stored. @throws std::exception that says what could not be stored, and why
+    /// Stores every setting. @return why the file could not be written, which stops nothing; empty when it was
+    std::string WriteGlobalSettings() const;
+    /// The same, and reads back what was stored. @throws support::FileError that says what could not be stored, and why
     void StoreGlobalSettings() const;
 
     /// The left and right column of the settings text block, line beside line, joined by CR LF.

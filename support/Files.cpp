@@ -116,6 +116,16 @@ void RemoveLeftovers(const std::string& path, const Disk& disk) {
     }
 }
 
+/// @param lockPath what the file that tells is named after
+std::shared_ptr<void> Hold(const std::string& lockPath, const std::string& path, const std::string& owner) {
+    const SoleUse use = TrySoleUse(lockPath);
+    if (!use.failure.empty()) Fail("Cannot lock", path, use.failure);
+    if (use.takenByAnother)
+        throw FileError(path + " is in use by another " + owner +
+                        (use.holder.empty() ? "" : " (process " + use.holder + ")") + ", end that one first");
+    return use.lock;
+}
+
 }  // namespace
 
 std::string ReadWholeFile(const std::string& path, std::uint64_t sizeLimit, const Disk& disk) {
@@ -205,6 +215,16 @@ bool AppendToFile(const std::string& path, std::string_view text, const Disk& di
     }
 }
 
+void MakeNewFolder(const std::string& path, const Disk& disk) {
+    const std::string native = NativePath(path);
+    try {
+        disk.MakeFolder(native);
+    } catch (const DiskError& error) {
+        Fail("Cannot create folder", path, error.what());
+    }
+    FlushFolderOf(native, disk);
+}
+
 void CreateFolders(const std::string& path, const Disk& disk) {
     std::string native = NativePath(path);
     while (native.size() > 1 && IsPathSeparator(native.back()))
@@ -223,12 +243,17 @@ void CreateFolders(const std::string& path, const Disk& disk) {
 }
 
 std::shared_ptr<void> HoldFile(const std::string& path, const std::string& owner) {
-    const SoleUse use = TrySoleUse(path);
-    if (!use.failure.empty()) Fail("Cannot lock", path, use.failure);
-    if (use.takenByAnother)
-        throw FileError(path + " is in use by another " + owner +
-                        (use.holder.empty() ? "" : " (process " + use.holder + ")") + ", end that one first");
-    return use.lock;
+    std::string real = path;
+    try {
+        real = SystemDisk().RealPath(NativePath(path));
+    } catch (const DiskError&) {
+        // Its folder is not there, so that nobody can use the file.
+    }
+    return Hold(real, path, owner);
+}
+
+std::shared_ptr<void> HoldFolder(const std::string& path, const std::string& owner) {
+    return Hold(JoinPath(path, owner), path, owner);
 }
 
 bool FileExists(const std::string& path, const Disk& disk) {

@@ -65,14 +65,18 @@ class WholeFileWriter {
 /// @throws FileError when they are not
 bool AppendToFile(const std::string& path, std::string_view text, const Disk& disk = SystemDisk());
 
+/// One folder in one that exists. @throws FileError, also when it is there already
+void MakeNewFolder(const std::string& path, const Disk& disk = SystemDisk());
 /// Creates the folder and those above it that are missing. @throws FileError
 void CreateFolders(const std::string& path, const Disk& disk = SystemDisk());
 
-/// Keeps every other program that asks for the same from using the file, until the result is destroyed or the process
-/// ends in any way. Empty where nobody could write the file either.
+/// Keeps every other program that asks for the same from using the file, by whatever links it gets there, until the
+/// result is destroyed or the process ends in any way. Empty where nobody could write the file either.
 /// @param owner what holds such a file, such as "Veltra"
 /// @throws FileError when another one has it, whose process it names, or the disk fails
 std::shared_ptr<void> HoldFile(const std::string& path, const std::string& owner);
+/// The same for a folder, whatever path leads to it: the file that tells is in it.
+std::shared_ptr<void> HoldFolder(const std::string& path, const std::string& owner);
 
 /// Only where the disk says that there is no such file or folder the answer is no.
 /// @throws FileError on any other answer, since nobody knows then

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <ctime>
 #include <memory>
@@ -59,9 +60,12 @@ std::string FormatTime(const std::string& localeName, const std::string& pattern
 /// The locale's strftime patterns for a short date and a long time; false when the locale is unknown or "C".
 bool LocaleDatePatterns(const std::string& localeName, std::string& shortDate, std::string& longTime);
 
+inline constexpr std::chrono::milliseconds savingPatience{5000};
 /// Keeps every other process and thread that asks for the same file's lock waiting until the result is destroyed.
 /// Nothing is left on the disk. Empty, and nothing is kept out, when the file's folder cannot be locked.
-std::shared_ptr<void> LockForSaving(const std::string& path);
+/// @param patience how long to wait for another one that has the lock
+/// @throws FileError after that, naming its process where the system tells
+std::shared_ptr<void> LockForSaving(const std::string& path, std::chrono::milliseconds patience = savingPatience);
 
 /// What became of the wish to be the only one that uses a file.
 struct SoleUse {
@@ -70,8 +74,9 @@ struct SoleUse {
     std::string holder;   ///< number of the process that has it; empty when it cannot be read
     std::string failure;  ///< why neither can be told
 };
-/// Does not wait. While the lock is held there is a file PATH.in-use with the number of the process; one without a
-/// holder is taken over. All members are empty where nobody could write the file either, as on a read-only disk.
+/// Does not wait. While the lock is held there is a file PATH.in-use with the number of the process. One without a
+/// holder is removed and made anew; nothing that exists is written to, and no link followed. All members are empty
+/// where nobody could write the file either, as on a read-only disk.
 SoleUse TrySoleUse(const std::string& path);
 
 struct IniEntry {

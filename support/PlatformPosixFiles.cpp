@@ -3,7 +3,6 @@
 #include "support/PlatformPosixFiles.h"
 
 #include <fcntl.h>
-#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -14,7 +13,6 @@
 #include <string>
 #include <utility>
 
-#include "support/Paths.h"
 #include "support/Platform.h"
 #include "support/PlatformListing.h"
 
@@ -27,11 +25,6 @@ std::string LastError() {
 
 [[noreturn]] void FailWithLastError() {
     throw DiskError(LastError());
-}
-
-std::string FolderToOpen(const std::string& path) {
-    const std::string folder = FolderOf(path);
-    return folder.empty() ? "." : folder;
 }
 
 class PosixFile : public OpenFile {
@@ -153,68 +146,11 @@ class PosixDisk : public Disk {
     }
 };
 
-/// Whether the open file is still the one of that name, and not one whose holder has removed it meanwhile.
-bool IsStillNamed(const Descriptor& file, const std::string& path) {
-    struct stat opened {};
-    struct stat named {};
-    return ::fstat(file.Get(), &opened) == 0 && ::stat(path.c_str(), &named) == 0 && opened.st_dev == named.st_dev &&
-           opened.st_ino == named.st_ino;
-}
-
-/// Writes the number of this process into the file and removes the file when the lock is let go.
-std::shared_ptr<void> KeepLocked(std::unique_ptr<Descriptor> file, const std::string& path) {
-    const std::string number = std::to_string(ProcessNumber());
-    // The number is there for people; the lock is held without it too.
-    [[maybe_unused]] const bool written =
-        ::ftruncate(file->Get(), 0) == 0 && ::pwrite(file->Get(), number.data(), number.size(), 0) >= 0;
-    return {file.release(), [path](Descriptor* held) {
-                ::unlink(path.c_str());
-                delete held;
-            }};
-}
-
 }  // namespace
 
 const Disk& SystemDisk() {
     static const PosixDisk disk;
     return disk;
-}
-
-std::shared_ptr<void> LockForSaving(const std::string& path) {
-    auto folder = std::make_shared<Descriptor>(::open(FolderToOpen(NativePath(path)).c_str(), O_RDONLY | O_CLOEXEC));
-    if (!folder->Valid()) return {};
-    int result = 0;
-    do {
-        result = ::flock(folder->Get(), LOCK_EX);
-    } while (result != 0 && errno == EINTR);
-    if (result != 0) return {};
-    return folder;
-}
-
-SoleUse TrySoleUse(const std::string& path) {
-    constexpr std::size_t longestNumber = 20;
-    const std::string name = NativePath(path) + ".in-use";
-    for (;;) {
-        auto file = std::make_unique<Descriptor>(::open(name.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666));
-        // Another user's file may be locked as well as one's own.
-        if (!file->Valid() && errno == EACCES)
-            file = std::make_unique<Descriptor>(::open(name.c_str(), O_RDONLY | O_CLOEXEC));
-        if (!file->Valid()) {
-            const bool nobodyWritesHere = errno == EACCES || errno == EPERM || errno == EROFS || errno == ENOENT;
-            return {{}, false, {}, nobodyWritesHere ? std::string() : LastError()};
-        }
-        if (::flock(file->Get(), LOCK_EX | LOCK_NB) == 0) {
-            if (IsStillNamed(*file, name)) return {KeepLocked(std::move(file), name), false, {}, {}};
-            continue;
-        }
-        if (errno == EINTR) continue;
-        // Some network disks know no locks.
-        if (errno != EWOULDBLOCK) return {};
-        std::string holder(longestNumber, '\0');
-        const ssize_t length = ::pread(file->Get(), holder.data(), holder.size(), 0);
-        holder.resize(length > 0 ? static_cast<std::size_t>(length) : 0);
-        return {{}, true, holder, {}};
-    }
 }
 
 }  // namespace support

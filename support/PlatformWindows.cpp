@@ -1,8 +1,6 @@
 #ifdef _WIN32
 
-#define NOMINMAX
-#define WIN32_LEAN_AND_MEAN
-#include <windows.h>
+#include "support/PlatformWindowsFiles.h"
 // after windows.h, which it needs
 #include <shellapi.h>
 
@@ -20,7 +18,6 @@
 #include "support/IniDocument.h"
 #include "support/Paths.h"
 #include "support/Platform.h"
-#include "support/PlatformWindowsFiles.h"
 #include "support/PlatformWindowsText.h"
 
 namespace support {

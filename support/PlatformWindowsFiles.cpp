@@ -3,11 +3,13 @@
 #include "support/PlatformWindowsFiles.h"
 
 #include <algorithm>
+#include <chrono>
 #include <filesystem>
 #include <memory>
 #include <system_error>
 #include <vector>
 
+#include "support/Files.h"
 #include "support/Paths.h"
 #include "support/Platform.h"
 #include "support/PlatformListing.h"
@@ -40,7 +42,7 @@ class FileHandle {
 constexpr DWORD sharedByAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
 [[noreturn]] void FailWithLastError() {
-    throw DiskError(LastError());
+    throw DiskError(WindowsErrorText(::GetLastError()));
 }
 
 class WindowsFile : public OpenFile {
@@ -189,16 +191,24 @@ class WindowsDisk : public Disk {
     }
 };
 
-/// A hidden file that goes with its handle. While the one of the holder before is being removed it is refused in the
-/// same way as in a protected folder, so that some refusals are waited out.
+/// A new hidden file that goes with its handle; one that nobody has open, as after a power cut, is removed first. While
+/// the one of the holder before is being removed it is refused in the same way as in a protected folder, so that some
+/// refusals are waited out.
 std::shared_ptr<FileHandle> OpenLockFile(const std::wstring& name, DWORD sharing) {
     constexpr DWORD pauseMs = 10;
     constexpr int refusalsTaken = 100;
+    constexpr DWORD flags = FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE;
     for (int refusals = 0;; ++refusals) {
         auto lock = std::make_shared<FileHandle>(
-            ::CreateFileW(name.c_str(), GENERIC_WRITE, sharing, nullptr, OPEN_ALWAYS,
-                          FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE, nullptr));
-        if (lock->Valid() || refusals == refusalsTaken || ::GetLastError() != ERROR_ACCESS_DENIED) return lock;
+            ::CreateFileW(name.c_str(), GENERIC_WRITE, sharing, nullptr, CREATE_NEW, flags, nullptr));
+        if (!lock->Valid() && ::GetLastError() == ERROR_FILE_EXISTS) {
+            // What exists is opened for nothing but its removal, and as it is where it is a link.
+            const FileHandle left(::CreateFileW(name.c_str(), DELETE, 0, nullptr, OPEN_EXISTING,
+                                                FILE_FLAG_DELETE_ON_CLOSE | FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
+            if (!left.Valid() && ::GetLastError() == ERROR_SHARING_VIOLATION) return lock;
+            if (refusals < refusalsTaken) continue;
+        }
+        if (lock->Valid() || refusals >= refusalsTaken || ::GetLastError() != ERROR_ACCESS_DENIED) return lock;
         ::Sleep(pauseMs);
     }
 }
@@ -210,24 +220,23 @@ std::string WindowsErrorText(DWORD error) {
     return std::system_category().default_error_condition(static_cast<int>(error)).message();
 }
 
-std::string LastError() {
-    return WindowsErrorText(::GetLastError());
-}
-
 const Disk& SystemDisk() {
     static const WindowsDisk disk;
     return disk;
 }
 
-std::shared_ptr<void> LockForSaving(const std::string& path) {
+std::shared_ptr<void> LockForSaving(const std::string& path, std::chrono::milliseconds patience) {
     // A file that the system removes with its only handle, also when the process dies: unlike a mutex it may be let go
     // by any thread, and it is seen from other machines too.
     constexpr DWORD pauseMs = 10;
     const std::wstring name = Wide(NativePath(path) + ".lock");
+    const auto end = std::chrono::steady_clock::now() + patience;
     for (;;) {
         auto lock = OpenLockFile(name, 0);
         if (lock->Valid()) return lock;
         if (::GetLastError() != ERROR_SHARING_VIOLATION) return {};
+        if (std::chrono::steady_clock::now() >= end)
+            throw FileError("Cannot write " + path + ": another program is writing it");
         ::Sleep(pauseMs);
     }
 }

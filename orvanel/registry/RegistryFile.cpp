@@ -1,5 +1,6 @@
 #include "orvanel/registry/RegistryFile.h"
 
+#include <chrono>
 #include <exception>
 
 #include "support/Files.h"
@@ -35,10 +36,12 @@ std::optional<std::string> RegistryFile::Read(std::string_view valuePath) const 
 }
 
 bool RegistryFile::Write(std::string_view valuePath, const std::string& value) const noexcept {
+    // The queue writes here while it acquires.
+    constexpr std::chrono::milliseconds patience{200};
     try {
         const auto split = SplitPath(valuePath);
         if (!split) return false;
-        const auto lock = support::LockForSaving(path_);
+        const auto lock = support::LockForSaving(path_, patience);
         const std::string text = support::ReadIniText(path_, disk_).value_or("");
         const std::string changed = support::WithIniValue(text, split->key, split->name, value);
         if (changed != text) support::WriteWholeFile(path_, changed, disk_);

@@ -200,14 +200,22 @@ TEST_F(Settings, ForeignLinesStayAndAFailingWriteIsIgnored) {
     const std::string start = foreign + "MethodFilePath=\r\nExpectedMZ=0\r\n";
     EXPECT_EQ(support::ReadWholeFile(path).substr(0, start.size()), start) << "a line end inside a value is refused";
 
-    clsInfo_Settings(folder.File("missing/Veltra.ini")).WriteGlobalSettings();
+    const std::string orphan = folder.File("missing/Veltra.ini");
+    EXPECT_EQ(clsInfo_Settings(orphan).WriteGlobalSettings(), "Cannot write " + orphan + ": No such file or directory");
     EXPECT_EQ(support::SubFolders(folder.Path()), std::vector<std::string>{});
 }
 
 TEST_F(Settings, ASaveWaitsForTheOtherWriter) {
     auto lock = support::LockForSaving(path);
     ASSERT_NE(lock, nullptr);
-    std::thread writer([this] { clsInfo_Settings(path).WriteGlobalSettings(); });
+    try {
+        support::LockForSaving(path, std::chrono::milliseconds(20));
+        ADD_FAILURE() << "two have the lock";
+    } catch (const support::FileError& error) {
+        EXPECT_TRUE(std::string(error.what()).starts_with("Cannot write " + path + ": another program"))
+            << error.what();
+    }
+    std::thread writer([this] { EXPECT_EQ(clsInfo_Settings(path).WriteGlobalSettings(), ""); });
     std::this_thread::sleep_for(std::chrono::milliseconds(50));
     EXPECT_FALSE(support::FileExists(path));
     lock.reset();

@@ -79,6 +79,69 @@ TEST(PlatformPosix, AReadOnlyFileStays) {
     EXPECT_EQ(FilesIn(folder.Path()), std::vector<std::string>{"kept.txt"});
 }
 
+TEST(PlatformPosix, AReplacedFileKeepsItsRightsAndTheLinkToIt) {
+    const TempFolder folder;
+    const std::string path = folder.File("a.xmt");
+    const std::string link = folder.File("link.xmt");
+    fs::create_symlink("middle.xmt", link);
+    fs::create_symlink("a.xmt", folder.File("middle.xmt"));
+    WriteWholeFile(link, "made behind a link that led nowhere");
+    EXPECT_TRUE(fs::is_regular_file(fs::symlink_status(path)));
+    for (const auto rights : {fs::perms::owner_read | fs::perms::owner_write, fs::perms::all}) {
+        fs::permissions(path, rights);
+        WriteWholeFile(link, "new");
+        EXPECT_EQ(fs::status(path).permissions(), rights);
+        EXPECT_TRUE(fs::is_symlink(link) && fs::is_symlink(folder.File("middle.xmt")));
+    }
+    EXPECT_EQ(ReadWholeFile(path), "new");
+    EXPECT_EQ(FilesIn(folder.Path()), (std::vector<std::string>{"a.xmt", "link.xmt", "middle.xmt"}));
+}
+
+TEST(PlatformPosix, LockAndTemporaryFilesTouchNothingThatExists) {
+    const TempFolder folder;
+    const std::string victim = folder.File("victim");
+    const std::string path = folder.File("a.ini");
+    const std::string lock = path + ".in-use";
+    const std::string temporary = path + ".tmp-" + std::to_string(ProcessNumber());
+    WriteWholeFile(victim, "untouched");
+    const auto isRefused = [&](const char* why) {
+        EXPECT_EQ(ErrorOf([&] { HoldFile(path, "Veltra"); }), "Cannot lock " + path + ": " + lock + why);
+    };
+    for (const char* target : {"victim", "missing"}) {
+        fs::create_symlink(target, lock);
+        fs::create_symlink(target, temporary);
+        isRefused(" is a link, remove it");
+        WriteWholeFile(path, "content");
+        EXPECT_TRUE(fs::is_symlink(lock) && fs::is_symlink(temporary)) << target;
+        fs::remove(lock);
+        fs::remove(temporary);
+    }
+    fs::create_directory(lock);
+    isRefused(" is no ordinary file, remove it");
+    fs::remove(lock);
+    fs::create_hard_link(victim, lock);
+    fs::create_hard_link(victim, temporary);
+    EXPECT_NE(HoldFile(path, "Veltra"), nullptr);
+    WriteWholeFile(path, "content");
+    EXPECT_EQ(ReadWholeFile(victim), "untouched");
+    EXPECT_EQ(ReadWholeFile(path), "content");
+    EXPECT_FALSE(fs::exists(folder.File("missing")));
+}
+
+TEST(PlatformPosix, WhatIsHeldIsTheFileAndTheFolderNotTheirNames) {
+    const TempFolder folder;
+    CreateFolders(folder.File("project"));
+    fs::create_directory_symlink("project", folder.File("other"));
+    WriteWholeFile(folder.File("project/a.ini"), "");
+    fs::create_symlink("project/a.ini", folder.File("b.ini"));
+    const auto file = HoldFile(folder.File("b.ini"), "Veltra");
+    const auto held = HoldFolder(folder.File("project"), "Veltra");
+    const std::string end =
+        " is in use by another Veltra (process " + std::to_string(ProcessNumber()) + "), end that one first";
+    EXPECT_EQ(ErrorOf([&] { HoldFile(folder.File("other/a.ini"), "Veltra"); }), folder.File("other/a.ini") + end);
+    EXPECT_EQ(ErrorOf([&] { HoldFolder(folder.File("other/"), "Veltra"); }), folder.File("other/") + end);
+}
+
 TEST(PlatformPosix, AFileIsHeldUntilItsHolderDies) {
     const TempFolder folder;
     const std::string path = folder.File("a.ini");
