@@ -48,6 +48,7 @@ class RunState {
     std::unique_ptr<ports::HostApplication> hostApplication;  ///< attached by the run's initialisation
     std::unique_ptr<clsInfo_Results> results;                 ///< of the current run
     std::unique_ptr<clsInfo_Scans> scans;                     ///< of the current run
+    std::shared_ptr<void> projectInUse;                       ///< keeps other programs out of it, as long as batch is
     std::unique_ptr<clsTolmBatch> batch;                      ///< logged on from initialisation to the end of the run
 
     std::int32_t InstrumentModelCode = 0;  ///< 0 until it could be read

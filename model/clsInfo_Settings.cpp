@@ -34,6 +34,7 @@ std::string clsInfo_Settings::DefaultIniPath() {
 std::vector<std::string> clsInfo_Settings::ReadGlobalSettings() {
     const auto text = support::ReadIniText(iniPath_, *disk_);
     if (!text) return {};
+    support::RemoveLeftoversIn(support::FolderOf(iniPath_), 0, *disk_);
     auto ignored = ReadSettings(support::IniDocument::Parse(*text), *this);
     for (auto& line : ignored)
         line.insert(0, iniPath_ + ": ");

@@ -56,6 +56,7 @@ HostState::HostState(OrvanelConfig config, HostClock& clock, const support::Disk
     LoadInstrument();
     try {
         soleUse_ = support::HoldFile(config_.iniPath, "Orvanel");
+        support::RemoveLeftoversIn(support::FolderOf(config_.iniPath), 0, disk_);
     } catch (const support::FileError& error) {
         throw ports::HostError(errorNumber::filesInUse, error.what());
     }

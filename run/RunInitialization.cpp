@@ -1,7 +1,11 @@
 #include "run/RunInitialization.h"
 
+#include <chrono>
+#include <thread>
+
 #include "host/clsAcquire.h"
 #include "host/clsTolmBatch.h"
+#include "support/Files.h"
 #include "support/Paths.h"
 #include "support/Text.h"
 #include "support/modFileUtils.h"
@@ -26,18 +30,20 @@ bool RunInitialization::Run() {
     runState_.results = std::make_unique<clsInfo_Results>();
     runState_.scans = std::make_unique<clsInfo_Scans>();
     runState_.batch.reset();
+    runState_.projectInUse.reset();
     bool ready = false;
     if (FailureOf([&] { ready = Prepare(); })) Warn(failureMessage_);
     if (!ready) {
         runState_.results.reset();
         runState_.scans.reset();
         runState_.batch.reset();
+        runState_.projectInUse.reset();
     }
     return ready;
 }
 
 bool RunInitialization::Prepare() {
-    if (!AttachToHost() || !ReadStarterMethod() || !LocateDataFolder() || !LogOn() || !TestBatch() ||
+    if (!AttachToHost() || !ReadStarterMethod() || !LocateDataFolder() || !HoldProject() || !LogOn() || !TestBatch() ||
         !CreateOutputFolder())
         return false;
     StartLog();
@@ -122,13 +128,39 @@ bool RunInitialization::TestBatch() {
     return batch.ErrorOccurred() ? WarnOf(batch) : true;
 }
 
+bool RunInitialization::HoldProject() {
+    failureMessage_ = "The project cannot be locked";
+    try {
+        constexpr int outputFolders = 2;
+        const std::string project = projectsRoot_ + projectName_;
+        runState_.projectInUse = support::HoldFolder(project, "Veltra");
+        support::RemoveLeftoversIn(project, outputFolders, runState_.disk);
+        return true;
+    } catch (const support::FileError& error) {
+        return Warn(error.what());
+    }
+}
+
 bool RunInitialization::CreateOutputFolder() {
     failureMessage_ = "Error creating subdirectory for output files";
-    auto& results = *runState_.results;
-    results.VeskOutputFilePath =
-        support::MakeOutputFolder(dataFolder_ + runState_.settings.CompoundName + " Veltra" + support::PathSeparator(),
-                                  runState_.clock.Now().generalDate, runState_.disk);
-    return results.VeskOutputFilePath.empty() ? Warn(failureMessage_) : true;
+    auto& path = runState_.results->VeskOutputFilePath;
+    const std::string start = dataFolder_ + runState_.settings.CompoundName + " Veltra" + support::PathSeparator();
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+    for (;;) {
+        const std::string now = runState_.clock.Now().generalDate;
+        path = support::MakeOutputFolder(start, now, runState_.disk);
+        if (!path.empty()) return true;
+        const bool isTaken = support::FolderExists(support::OutputFolderPath(start, now), runState_.disk);
+        if (!isTaken || std::chrono::steady_clock::now() >= end) return Warn(failureMessage_);
+        LetTimePass();
+    }
+}
+
+/// A virtual clock moves by the host's pauses alone, and other programs by real time alone.
+void RunInitialization::LetTimePass() {
+    constexpr std::int32_t pauseMs = 20;
+    runState_.host.CreatePause()->HostSleep(pauseMs);
+    std::this_thread::sleep_for(std::chrono::milliseconds(pauseMs));
 }
 
 void RunInitialization::StartLog() {

@@ -18,12 +18,16 @@ class RunInitialization {
     bool AttachToHost();
     bool ReadStarterMethod();
     bool LocateDataFolder();
+    /// Keeps other programs' runs out of the project until this one ends.
+    bool HoldProject();
     bool LogOn();
     bool TestBatch();
+    /// Waits until the name is free, so that no two runs have one folder.
     bool CreateOutputFolder();
     void StartLog();
 
     void AskForDataFolder();
+    void LetTimePass();
     bool Warn(const std::string& text);
     bool WarnOf(HostWrapper& wrapper);
 

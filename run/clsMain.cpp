@@ -75,6 +75,7 @@ void clsMain::Start() {
     Finish();
     runState_.display.UpdateScanProgress(ports::enumVeltraScanType::RunFinished, ports::enumProgressState::Pending);
     runState_.batch.reset();
+    runState_.projectInUse.reset();
 }
 
 }  // namespace veltra

@@ -63,17 +63,31 @@ std::optional<std::uint64_t> TakeNumber(std::string_view& text) {
     return number;
 }
 
-/// The number of the process that a temporary file belongs to; nothing when the name is none of such a file.
-std::optional<std::uint64_t> WriterOf(std::string_view name, const std::string& wholeName) {
-    const std::string start = wholeName + temporaryMark;
-    if (!name.starts_with(start)) return std::nullopt;
-    name.remove_prefix(start.size());
+/// Whether a process that has died was writing the file of that name.
+/// @param wholeName what it was to become; empty for any
+bool IsLeftover(std::string_view name, std::string_view wholeName) {
+    const std::size_t mark = name.rfind(temporaryMark);
+    if (mark == std::string_view::npos || mark == 0) return false;
+    if (!wholeName.empty() && name.substr(0, mark) != wholeName) return false;
+    name.remove_prefix(mark + std::string_view(temporaryMark).size());
     const auto number = TakeNumber(name);
     if (name.starts_with('-')) {
         name.remove_prefix(1);
-        if (!TakeNumber(name)) return std::nullopt;
+        if (!TakeNumber(name)) return false;
     }
-    return name.empty() ? number : std::nullopt;
+    return number && name.empty() && !IsProcessRunning(*number);
+}
+
+void RemoveLeftovers(const std::string& folder, const std::string& wholeName, int levels, const Disk& disk) noexcept {
+    try {
+        for (const FolderEntry& entry : disk.List(NativePath(folder))) {
+            const std::string path = JoinPath(folder, entry.name);
+            if (entry.kind == PathKind::Folder && levels > 0) RemoveLeftovers(path, wholeName, levels - 1, disk);
+            if (entry.kind == PathKind::File && IsLeftover(entry.name, wholeName)) RemoveFileIfThere(path, disk);
+        }
+    } catch (const std::exception&) {
+        // They are in nobody's way.
+    }
 }
 
 PathKind KindAt(const std::string& path, const Disk& disk) {
@@ -101,19 +115,6 @@ std::vector<std::string> NamesIn(const std::string& path, PathKind kind, const D
         Fail("Cannot list", path, error.what());
     }
     return names;
-}
-
-/// What processes that have died left of a whole file that they were writing.
-void RemoveLeftovers(const std::string& path, const Disk& disk) {
-    const std::string folder = FolderOf(path);
-    try {
-        for (const FolderEntry& entry : disk.List(folder)) {
-            const auto writer = WriterOf(entry.name, FileNameOf(path));
-            if (writer && !IsProcessRunning(*writer)) RemoveFileIfThere(JoinPath(folder, entry.name), disk);
-        }
-    } catch (const DiskError&) {
-        // They are in nobody's way.
-    }
 }
 
 /// @param lockPath what the file that tells is named after
@@ -156,7 +157,7 @@ WholeFileWriter::WholeFileWriter(const std::string& path, std::string_view conte
     : disk_(disk), path_(path) {
     try {
         target_ = disk.RealPath(NativePath(path));
-        RemoveLeftovers(target_, disk);
+        RemoveLeftovers(FolderOf(target_), FileNameOf(target_), 0, disk);
         const auto file = CreateTemporary();
         WriteAll(*file, content, content.size());
         file->Flush();
@@ -193,6 +194,10 @@ void WholeFileWriter::Commit() {
     }
     temporaryPath_.clear();
     FlushFolderOf(target_, disk_);
+}
+
+void RemoveLeftoversIn(const std::string& folder, int levels, const Disk& disk) noexcept {
+    RemoveLeftovers(folder, "", levels, disk);
 }
 
 bool AppendToFile(const std::string& path, std::string_view text, const Disk& disk) {

@@ -58,6 +58,11 @@ class WholeFileWriter {
     std::string temporaryPath_;  ///< empty while there is none
 };
 
+/// Removes the temporary files that processes which have died left in the folder and in its folders. Failures are
+/// ignored.
+/// @param levels how many folders deep, 0 for the folder alone
+void RemoveLeftoversIn(const std::string& folder, int levels, const Disk& disk = SystemDisk()) noexcept;
+
 /// Appends lines and flushes. A line that was cut off there before, as by the death of its writer, is ended first. When
 /// only a part can be written the file is cut back to what it was.
 /// @param text whole lines

@@ -54,10 +54,12 @@ std::tm LocalTime(std::time_t time);
 std::tm UtcTime(std::time_t time);
 /// The locale whose dates and times this process writes; empty when none is set.
 std::string ProcessLocaleName();
-/// strftime in a named locale; the "C" locale when the system does not know it. On every system: the letters a A b B d
-/// m y Y H I M S p F D T R r and %, and "%-" before one that is a number, which drops its leading zeros.
+/// strftime in a named locale, in UTF-8 whatever the locale's encoding; the "C" locale when the system does not know
+/// it. On every system: the letters a A b B d m y Y H I M S p F D T R r and %, and "%-" before one that is a number,
+/// which drops its leading zeros.
 std::string FormatTime(const std::string& localeName, const std::string& pattern, const std::tm& time);
-/// The locale's strftime patterns for a short date and a long time; false when the locale is unknown or "C".
+/// The locale's strftime patterns for a short date and a long time, in its own encoding; false when the locale is
+/// unknown or "C".
 bool LocaleDatePatterns(const std::string& localeName, std::string& shortDate, std::string& longTime);
 
 inline constexpr std::chrono::milliseconds savingPatience{5000};

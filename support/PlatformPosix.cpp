@@ -1,8 +1,6 @@
 #ifndef _WIN32
 
 #include <fcntl.h>
-#include <langinfo.h>
-#include <locale.h>
 #include <pwd.h>
 #include <signal.h>
 #include <unistd.h>
@@ -24,18 +22,6 @@
 #include "support/PlatformPosixFiles.h"
 
 namespace support {
-namespace {
-
-struct LocaleRelease {
-    void operator()(locale_t locale) const { ::freelocale(locale); }
-};
-using LocalePointer = std::unique_ptr<std::remove_pointer_t<locale_t>, LocaleRelease>;
-
-LocalePointer OpenLocale(const std::string& name) {
-    return LocalePointer(::newlocale(LC_TIME_MASK | LC_CTYPE_MASK, name.c_str(), nullptr));
-}
-
-}  // namespace
 
 std::string CurrentUserName() {
     constexpr std::size_t longestName = 30;
@@ -83,24 +69,6 @@ std::string ProcessLocaleName() {
     for (const char* name : {"LC_ALL", "LC_TIME", "LANG"})
         if (const char* value = std::getenv(name); value != nullptr && *value != '\0') return value;
     return {};
-}
-
-std::string FormatTime(const std::string& localeName, const std::string& pattern, const std::tm& time) {
-    if (pattern.empty()) return {};
-    auto locale = OpenLocale(localeName);
-    if (!locale) locale = OpenLocale("C");
-    std::array<char, 256> text{};
-    const std::size_t length = ::strftime_l(text.data(), text.size(), pattern.c_str(), &time, locale.get());
-    return {text.data(), length};
-}
-
-bool LocaleDatePatterns(const std::string& localeName, std::string& shortDate, std::string& longTime) {
-    const auto locale = OpenLocale(localeName);
-    const std::string base = localeName.substr(0, localeName.find('.'));
-    if (!locale || base == "C" || base == "POSIX") return false;
-    shortDate = ::nl_langinfo_l(D_FMT, locale.get());
-    longTime = ::nl_langinfo_l(T_FMT, locale.get());
-    return true;
 }
 
 std::string PlatformReadIni(const std::string& path, const std::string& section, const std::string& key,

@@ -43,19 +43,20 @@ std::string GetRunTimeTag(const std::string& strGeneralDate) {
     return tag;
 }
 
-std::string MakeOutputFolder(const std::string& strPath, const std::string& strGeneralDate, const Disk& disk) {
+std::string OutputFolderPath(const std::string& strPath, const std::string& strGeneralDate) {
     std::string folder = strPath;
     if (!folder.empty() && IsPathSeparator(folder.back())) folder.pop_back();
-    folder += " " + GetRunTimeTag(strGeneralDate);
-    // A compound name that holds a separator would otherwise become a folder of its own.
-    const std::string parent = FolderOf(folder);
+    return folder + " " + GetRunTimeTag(strGeneralDate) + PathSeparator();
+}
+
+std::string MakeOutputFolder(const std::string& strPath, const std::string& strGeneralDate, const Disk& disk) {
+    const std::string folder = OutputFolderPath(strPath, strGeneralDate);
     try {
-        if (!parent.empty() && !FolderExists(parent, disk)) return {};
-        CreateFolders(folder, disk);
+        MakeNewFolder(folder.substr(0, folder.size() - 1), disk);
+        return folder;
     } catch (const std::exception&) {
         return {};
     }
-    return folder + PathSeparator();
 }
 
 std::int32_t GetCompoundNameExcess(const std::string& strCompoundName) {

@@ -16,8 +16,10 @@ bool AppendLineToFile(const std::string& strFilePath, const std::string& strText
 /// @param strGeneralDate the current date and time in the general date form
 std::string GetRunTimeTag(const std::string& strGeneralDate);
 
-/// The folder path (one trailing separator removed) + " " + the time tag, created when missing, with a separator behind
-/// it; empty when it cannot be created, as when the folder it belongs in is missing.
+/// The folder path (one trailing separator removed) + " " + the time tag, with a separator behind it.
+std::string OutputFolderPath(const std::string& strPath, const std::string& strGeneralDate);
+/// Makes that folder anew. @return its path; empty when it cannot be made, as when it is there already or the folder it
+/// belongs in is missing
 std::string MakeOutputFolder(const std::string& strPath, const std::string& strGeneralDate,
                              const Disk& disk = SystemDisk());
 

@@ -170,7 +170,7 @@ TEST_F(Settings, AFileThatCannotBeReadIsToldAndStaysAsItIs) {
     FaultyDisk sound;
     clsInfo_Settings(path, sound).ReadGlobalSettings();
     while (++operations <= sound.Operations().size()) {
-        if (sound.Operations()[operations - 1].call == DiskCall::Close) continue;
+        if (sound.Operations()[operations - 1].call == DiskCall::List) break;
         FaultyDisk disk;
         disk.Fail(DiskFault::InputOutput, operations, FaultyDisk::Times::FromThenOn);
         refuses(disk, "Input/output error");

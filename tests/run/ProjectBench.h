@@ -21,7 +21,7 @@ class ScriptedChooser : public ports::FolderChooser {
 };
 
 /// Projects/Study1/Acquisition Methods/Start.xmt in a temporary folder, and a run state that nothing has prepared. The
-/// host keeps the method in memory; the folders are real.
+/// host keeps the method in memory; the folders are real. A second passes while a run waits for its folder's name.
 class ProjectBench : public RunBench {
   public:
     ProjectBench() {
@@ -31,6 +31,10 @@ class ProjectBench : public RunBench {
         settings.ExpectedMZ = 609.3;
         fake.store.methods[settings.StarterMethodFilePath] = FakeMethod();
         state.InstrumentModelCode = fake.modelCode;
+        calls.beforeCall = [this, before = calls.beforeCall](const std::string& text) {
+            if (before) before(text);
+            if (text == "HostSleep(20)") clock.texts.generalDate = "5/13/2024 3:45:13 PM";
+        };
     }
 
     /// @param below a path below the Projects folder

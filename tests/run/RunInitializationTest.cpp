@@ -5,6 +5,7 @@
 #include <stdexcept>
 
 #include "run/clsMain.h"
+#include "support/Platform.h"
 #include "tests/run/ProjectBench.h"
 
 namespace {
@@ -186,8 +187,7 @@ TEST(RunInitialization, OutputFolderTellsDateAndTime) {
     EXPECT_EQ(bench.state.results->LogFilePath, output + "Log.txt");
 }
 
-/// A second run of the same second shares the folder and adds to its log.
-TEST(RunInitialization, LogStartsWithAHeadingAndAnEmptyLine) {
+TEST(RunInitialization, EveryRunHasItsFolderAndLogWhateverTheSecond) {
     const std::string heading = "Log File: Quantitative Optimization for MS3\r\n\r\n";
     ProjectBench bench;
     bench.CreateFolder("Study1/Data");
@@ -196,8 +196,24 @@ TEST(RunInitialization, LogStartsWithAHeadingAndAnEmptyLine) {
     bench.state.WriteLogLine("line");
     bench.ExpectReported({}, {"line"});
     ASSERT_TRUE(Initialize(bench));
-    EXPECT_EQ(support::ReadWholeFile(bench.OutputFolder() + "Log.txt"),
-              heading + "[5/13/2024 3:45:12 PM]  line\r\n" + heading);
+    EXPECT_EQ(support::ReadWholeFile(bench.OutputFolder() + "Log.txt"), heading + "[5/13/2024 3:45:12 PM]  line\r\n");
+    EXPECT_EQ(bench.state.results->VeskOutputFilePath, bench.Path("Study1/Data/C Veltra (5-13-2024, 3h45m13 PM)/"));
+    EXPECT_EQ(support::ReadWholeFile(bench.state.results->LogFilePath), heading);
+}
+
+TEST(RunInitialization, OnlyOneProgramRunsInAProject) {
+    ProjectBench bench;
+    bench.CreateFolder("Study1/Data");
+    std::filesystem::create_directory_symlink("Study1", bench.Path("Link"));
+    auto other = support::HoldFolder(bench.Path("Link"), "Veltra");
+    ASSERT_FALSE(Initialize(bench));
+    bench.ExpectReported({{bench.Path("Study1") + " is in use by another Veltra (process " +
+                               std::to_string(support::ProcessNumber()) + "), end that one first",
+                           MessageIcon::Warning}},
+                         {});
+    other.reset();
+    ASSERT_TRUE(Initialize(bench));
+    EXPECT_THROW(support::HoldFolder(bench.Path("Link"), "Veltra"), support::FileError);
 }
 
 }  // namespace

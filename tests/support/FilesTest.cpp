@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <stdexcept>
 
+#include "support/Paths.h"
 #include "support/Platform.h"
 #include "tests/support_files/TempFolder.h"
 
@@ -87,14 +88,24 @@ TEST_F(Files, AppendsToAnOldOrNewFile) {
     EXPECT_EQ(ReadWholeFile(folder.File("log")), "one\r\ntwo\r\nthe line before was cut off\r\n");
 }
 
-TEST_F(Files, WritingAFileAnewRemovesWhatDeadWritersLeft) {
+TEST_F(Files, WhatDeadWritersLeftIsRemoved) {
     const std::string deadProcess = "4194305";  // above every number that is given out
-    const std::vector<std::string> others = {"a.xmt.tmp-", "a.xmt.tmp-1x", "b.xmt.tmp-" + deadProcess};
+    const std::string running = std::to_string(ProcessNumber());
+    const std::vector<std::string> others = {"a.xmt.tmp-", "a.xmt.tmp-1x", ".tmp-" + deadProcess, "b.tmp-" + running};
     for (const auto& name : others)
         WriteWholeFile(folder.File(name), "");
-    WriteWholeFile(folder.File("a.xmt.tmp-" + deadProcess), "half");
+    const std::string deep = folder.File("Data/Run");
+    CreateFolders(deep);
+    for (const auto& path : {folder.Path(), deep})
+        for (const char* number : {"", "-2"})
+            AppendToFile(JoinPath(path, "a.xmt.tmp-" + deadProcess + number), "half");
     WriteWholeFile(folder.File("a.xmt"), "whole");
-    EXPECT_THAT(FilesIn(folder.Path()), testing::UnorderedElementsAre("a.xmt", others[0], others[1], others[2]));
+    EXPECT_THAT(FilesIn(folder.Path()),
+                testing::UnorderedElementsAre("a.xmt", others[0], others[1], others[2], others[3]));
+    RemoveLeftoversIn(folder.Path(), 1);
+    EXPECT_EQ(FilesIn(deep).size(), 2U);
+    RemoveLeftoversIn(folder.Path(), 2);
+    EXPECT_EQ(FilesIn(deep), std::vector<std::string>());
 }
 
 TEST_F(Files, OnlyOneHoldsAFile) {

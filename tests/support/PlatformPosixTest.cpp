@@ -14,6 +14,7 @@
 #include "support/DateTexts.h"
 #include "support/Files.h"
 #include "support/Platform.h"
+#include "support/PlatformPosixText.h"
 #include "tests/support_files/TempFolder.h"
 
 namespace {
@@ -191,6 +192,13 @@ class LocaleVariables {
     static constexpr const char* names[] = {"LC_ALL", "LC_TIME", "LANG"};
     Values old_;
 };
+
+TEST(PlatformPosix, TextsOfOtherEncodingsBecomeUtf8) {
+    EXPECT_EQ(Utf8From("M\xE4rz 2024", "ISO-8859-1"), "M\xC3\xA4rz 2024");
+    EXPECT_EQ(Utf8From("M\xE4rz", "ANSI_X3.4-1968"), "M?rz");
+    EXPECT_EQ(Utf8From("M\xE4rz", "no such encoding"), "M?rz");
+    EXPECT_EQ(Utf8From(std::string(300, '\xE4'), "ISO-8859-1").size(), 600U);
+}
 
 TEST(PlatformPosix, WithoutAKnownLocaleTheFixedFormCounts) {
     std::tm time{};

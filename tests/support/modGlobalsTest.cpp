@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include "support/DateTexts.h"
 #include "support/Files.h"
 #include "support/Paths.h"
@@ -42,6 +44,14 @@ TEST(DateTexts, GeneralDateAndRunTimeTag) {
         EXPECT_EQ(GeneralDateText(format, ThirteenthOfMay(hour)), general);
         EXPECT_EQ(GetRunTimeTag(general), tag);
     }
+    for (const auto& [pattern, whole] : {std::pair{"%H:%M:%S", "%H:%M:%S"},
+                                         {"%r", "%r"},
+                                         {"%I:%M:%OS %p", "%I:%M:%OS %p"},
+                                         {"kl. %H.%M", "kl. %H.%M.%S"},
+                                         {"%-I:%M %p", "%-I:%M:%S %p"},
+                                         {"%R %%", "%R:%S %%"},
+                                         {"%H%", "%H% %H:%M:%S"}})
+        EXPECT_EQ(WithSeconds(pattern), whole);
     EXPECT_EQ(FormatDateText({}, "%A %B", ThirteenthOfMay(0)), "Monday May");
     EXPECT_EQ(FormatDateText({}, "", ThirteenthOfMay(0)), "");
     EXPECT_EQ(GetRunTimeTag(""), "()");
@@ -51,10 +61,13 @@ TEST(modGlobals, MakesTheOutputFolderOrReturnsNothing) {
     const TempFolder folder;
     const std::string general = "5/13/2024 3:45:12 PM";
     const std::string made = folder.File("Caffeine Veltra (5-13-2024, 3h45m12 PM)");
-    for (const char* end : {"", "/", "\\"})
-        EXPECT_EQ(MakeOutputFolder(folder.File("Caffeine Veltra") + end, general), made + PathSeparator());
-    EXPECT_EQ(MakeOutputFolder(folder.Path() + "\\Caffeine Veltra\\", general),
-              folder.Path() + "\\Caffeine Veltra (5-13-2024, 3h45m12 PM)" + PathSeparator());
+    for (const char* start : {"/Caffeine Veltra", "/Caffeine Veltra/", "\\Caffeine Veltra\\"}) {
+        const std::string path = folder.Path() + start[0] + FileNameOf(made) + PathSeparator();
+        EXPECT_EQ(MakeOutputFolder(folder.Path() + start, general), path);
+        EXPECT_EQ(MakeOutputFolder(folder.Path() + start, general), "") << "there is one already";
+        std::filesystem::remove(made);
+    }
+    EXPECT_EQ(MakeOutputFolder(folder.File("Caffeine Veltra"), general), made + PathSeparator());
     EXPECT_EQ(MakeOutputFolder(folder.File("Caf/feine Veltra"), general), "");
     EXPECT_EQ(SubFolders(folder.Path()), std::vector<std::string>{FileNameOf(made)});
 
