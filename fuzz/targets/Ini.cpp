@@ -47,7 +47,10 @@ void fuzz::Try(std::string_view input) {
             Require(entry.line > section.line && entry.line <= lines, "a key stands below its section");
     }
     Change(text, "Veltra", "CompoundName", "  'a b'\t");
-    if (document.Sections().empty() || document.Sections().back().name.find(']') != std::string::npos) return;
+    // A writer is handed no names that a line cannot hold.
+    if (text.find('\0') != std::string::npos || document.Sections().empty() ||
+        document.Sections().back().name.find(']') != std::string::npos)
+        return;
     const auto& last = document.Sections().back();
     Change(text, last.name, "New", "=;[x]");
     if (!last.entries.empty()) Change(text, last.name, last.entries.back().key, last.entries.back().value + "1");

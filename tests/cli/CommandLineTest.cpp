@@ -153,7 +153,7 @@ TEST(NewProject, IsTakenBackWhereItCannotBeCompleted) {
           Case{"x", oddName, "", "The compound's name \"a:b\" cannot hold \":\", rename its file", cli::wrongUsage},
           Case{"x", quotes, "", "Cannot store CompoundName='a' in ", cli::abortedOrFailed},
           Case{"x/y", "caffeine", "Orvanel.ini", "/x/y/Orvanel.ini: Is a directory", cli::wrongUsage},
-          Case{"x/y", "caffeine", "Veltra.ini", "/x/y/Veltra.ini: Is a directory", cli::abortedOrFailed}}) {
+          Case{"x/y", "caffeine", "Veltra.ini", "/x/y/Veltra.ini: it is a folder", cli::abortedOrFailed}}) {
         const TempFolder target;
         const std::string project = target.File(below);
         const std::string obstacle = inTheWay.empty() ? "" : support::JoinPath(project, inTheWay);
