@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The Veltra developers
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 # Builds for 64-bit Windows on Debian, with the MinGW compiler whose standard library has threads.
 
 set(CMAKE_SYSTEM_NAME Windows)

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Veltra developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Hands every file named on the command line, or in a folder named there, to the target: as it is, cut off at every
 // place, and with single bytes damaged. Large files are cut and damaged at evenly spread places.
 

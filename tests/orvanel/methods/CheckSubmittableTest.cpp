@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Veltra developers
+// SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "orvanel/methods/Validation.h"
 #include "tests/orvanel/methods/MethodTestTools.h"
