@@ -36,7 +36,7 @@ class Mounted {
 };
 
 std::shared_ptr<const NewProject> Project() {
-    auto project = ShortRun::CreateProject();
+    auto project = ShortRun::CreateProjectWithSettings();
     std::filesystem::create_directory(project->folder.File("Projects/caffeine/Batch"));
     return project;
 }
@@ -55,7 +55,8 @@ TEST(MountedDisks, FillUp) {
                 const bool holdsStarter = folder == std::string("Acquisition Methods");
                 if (holdsStarter) support::WriteWholeFile(project->facts.starterMethodPath, starter);
                 const FaultyDisk observed;
-                const Outcome outcome = ExpectDiskPromises(undisturbed, project, observed, MayLose::WhatTheDiskRefuses);
+                const DiskOutcome outcome =
+                    ExpectDiskPromises(undisturbed, project, observed, MayLose::WhatTheDiskRefuses);
                 EXPECT_EQ(outcome != Outcome::Completed, !observed.Failed().empty());
                 aborted += outcome == Outcome::Aborted ? 1 : 0;
             }

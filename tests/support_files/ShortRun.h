@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <functional>
 #include <map>
 #include <memory>
@@ -30,6 +32,13 @@ class ShortRun : public WholeRun {
         return std::make_shared<const NewProject>("caffeine", modelCode);
     }
 
+    /// With the settings of a short run in its Veltra.ini.
+    static std::shared_ptr<const NewProject> CreateProjectWithSettings() {
+        auto project = CreateProject();
+        EXPECT_EQ(SettingsOf(*project, {.adjust = Shorten}).WriteGlobalSettings(), "");
+        return project;
+    }
+
     ShortRun() : ShortRun(Setup()) {}
     explicit ShortRun(const Setup& setup)
         : WholeRun({.configure =
@@ -49,6 +58,11 @@ class ShortRun : public WholeRun {
         };
     }
 
+    /// From the run's disk, as a program does it before anything else. @throws what the settings throw
+    void ReadSettings() {
+        settings = veltra::clsInfo_Settings(project.folder.File("Veltra.ini"), run.disk);
+        EXPECT_EQ(settings.ReadGlobalSettings(), std::vector<std::string>());
+    }
     /// From the instrument check on, as a program does it.
     Outcome Start() {
         if (!veltra::CheckInstrument(run)) return Outcome::InstrumentRefused;

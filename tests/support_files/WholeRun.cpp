@@ -17,21 +17,21 @@ namespace {
 const std::chrono::system_clock::time_point startTime{std::chrono::seconds{1715615112}};
 
 orvanel::OrvanelConfig ConfigOf(const NewProject& project, const WholeRun::Options& options) {
-    auto config = orvanel::ReadOrvanelConfig(project.facts.orvanelIniPath, VELTRA_APP_LOCATION);
+    auto config = orvanel::ReadOrvanelConfig(project.facts.orvanelIniPath, VELTRA_APP_LOCATION, options.disk);
     config.seed = options.seed;
     options.configure(config);
     return config;
 }
 
-veltra::clsInfo_Settings SettingsOf(const NewProject& project, const WholeRun::Options& options) {
+}  // namespace
+
+veltra::clsInfo_Settings WholeRun::SettingsOf(const NewProject& project, const Options& options) {
     veltra::clsInfo_Settings settings(project.folder.File("Veltra.ini"), options.disk);
     cli::SuitToCompound(settings, project.name, project.facts);
     settings.OrvanelProjectName = project.name;
     options.adjust(settings);
     return settings;
 }
-
-}  // namespace
 
 WholeRun::WholeRun(const Options& options)
     : WholeRun(options, std::make_shared<NewProject>(options.compound, options.modelCode)) {}

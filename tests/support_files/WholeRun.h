@@ -40,6 +40,8 @@ class WholeRun {
         const ports::Clock* runClock = nullptr;  ///< what the run takes its dates and times from, if not the host's
     };
 
+    static veltra::clsInfo_Settings SettingsOf(const NewProject& project, const Options& options);
+
     explicit WholeRun(const Options& options);
     /// In a project that is there already.
     WholeRun(const Options& options, std::shared_ptr<const NewProject> in);

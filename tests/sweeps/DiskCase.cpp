@@ -125,6 +125,24 @@ void ExpectLogAndReport(const ShortRun& run, const FileContents& files, MayLose 
     EXPECT_EQ(files.contains(reportPath) ? Of(files, reportPath) : report, report);
 }
 
+/// What was acquired stays as it was when it was finished.
+void ExpectFinishedKept(const ShortRun& run, const FileContents& files) {
+    for (const auto& [path, content] : run.finished) {
+        const std::string name = fs::relative(path, run.project.folder.Path()).string();
+        EXPECT_TRUE(Of(files, name) == run.Anonymous(content)) << name;
+    }
+}
+
+/// A program that cannot read what it starts with says so and leaves everything as it is.
+DiskOutcome NotStarted(const std::string& message, const FaultyDisk& disk, const FileContents& before,
+                       const NewProject& project) {
+    ExpectMessage(message, disk);
+    auto files = FilesOf(project);
+    files.erase("Orvanel.registry.ini");  // the host has started
+    EXPECT_TRUE(files == before);
+    return std::nullopt;
+}
+
 }  // namespace
 
 FileContents FilesOf(const NewProject& project) {
@@ -143,7 +161,18 @@ FileContents FilesOf(const NewProject& project) {
 
 Undisturbed::Undisturbed() {
     FaultyDisk disk;
-    ShortRun run({.disk = disk});
+    ShortRun run({.disk = disk, .project = ShortRun::CreateProjectWithSettings()});
+    run.calls.witnesses.push_back([&](const std::string&) {
+        std::set<std::string>& names = finished[disk.Operations().size()];
+        for (const auto& [path, content] : run.finished)
+            names.insert(fs::relative(path, run.project.folder.Path()).string());
+    });
+    run.display.onCall = [&](const std::string& text) {
+        if (text.starts_with("AddLogEntry("))
+            logLengths[disk.Operations().size()] =
+                run.Anonymous(support::ReadWholeFile(run.run.results->LogFilePath)).size();
+    };
+    run.ReadSettings();
     EXPECT_EQ(run.Start(), Outcome::Completed);
     EXPECT_EQ(run.boxes.shown, std::vector<RecordedMessageBoxes::Box>());
     files = FilesOf(run.project);
@@ -160,6 +189,17 @@ std::string Undisturbed::Log() const {
 
 std::string Undisturbed::Report() const {
     return Of(files, reportPath);
+}
+
+void Undisturbed::ExpectKept(const FileContents& left, std::size_t operation) const {
+    // Of both the last state that was reached before the operation.
+    if (const auto next = logLengths.lower_bound(operation); next != logLengths.begin()) {
+        EXPECT_GE(Of(left, logPath).size(), std::prev(next)->second);
+    }
+    const auto next = finished.lower_bound(operation);
+    if (next == finished.begin()) return;
+    for (const auto& path : std::prev(next)->second)
+        EXPECT_TRUE(left.contains(path) && Of(left, path) == Of(files, path)) << path;
 }
 
 bool Undisturbed::IsNewState(const FileContents& left) {
@@ -187,6 +227,7 @@ void ExpectOrdinaryRun(const Undisturbed& undisturbed, std::shared_ptr<const New
     const auto soleUse = support::HoldFile(project->folder.File("Veltra.ini"), "Veltra");
     const FaultyDisk disk;
     ShortRun run({.disk = disk, .project = project});
+    run.ReadSettings();
     EXPECT_EQ(run.Start(), Outcome::Completed);
     EXPECT_EQ(run.boxes.shown, std::vector<RecordedMessageBoxes::Box>());
     const auto files = FilesOf(*project);
@@ -198,13 +239,17 @@ void ExpectOrdinaryRun(const Undisturbed& undisturbed, std::shared_ptr<const New
     EXPECT_EQ(Of(files, logPath), undisturbed.Log());
 }
 
-Outcome ExpectDiskPromises(const Undisturbed& undisturbed, std::shared_ptr<const NewProject> project,
-                           const FaultyDisk& disk, MayLose mayLose) {
-    ShortRun run({.disk = disk, .project = project});
-    int submittedAfterFailure = 0;
-    run.calls.beforeCall = [&](const std::string& text) {
-        if (text.starts_with("TolmSubmitBatch(") && !run.boxes.shown.empty()) ++submittedAfterFailure;
-    };
+DiskOutcome ExpectDiskPromises(const Undisturbed& undisturbed, std::shared_ptr<const NewProject> project,
+                               const FaultyDisk& disk, MayLose mayLose) {
+    const auto before = FilesOf(*project);
+    std::optional<ShortRun> started;
+    try {
+        started.emplace(ShortRun::Setup{.disk = disk, .project = project});
+        started->ReadSettings();
+    } catch (const std::exception& error) {
+        return NotStarted(error.what(), disk, before, *project);
+    }
+    ShortRun& run = *started;
     const Outcome outcome = run.Start();
     const auto files = FilesOf(*project);
     ExpectOutcome(run, disk, outcome);
@@ -217,19 +262,20 @@ Outcome ExpectDiskPromises(const Undisturbed& undisturbed, std::shared_ptr<const
         ExpectLogAndReport(run, files, mayLose);
     EXPECT_EQ(run.calls.CountOf("TolmLogoff"), run.calls.CountOf("TolmLogon"));
     EXPECT_LE(run.calls.CountOf("HostSleep"), undisturbed.pauses);
-    EXPECT_EQ(submittedAfterFailure, 0);
+    EXPECT_EQ(run.submittedAfterFailure, 0);
+    ExpectFinishedKept(run, files);
     return outcome;
 }
 
-Outcome ExpectDiskPromises(Undisturbed& undisturbed, const DiskCase& diskCase) {
+DiskOutcome ExpectDiskPromises(Undisturbed& undisturbed, const DiskCase& diskCase) {
     const DiskOperation& operation = undisturbed.operations.at(diskCase.operation - 1);
     const bool isOnce = diskCase.times == Times::Once;
     SCOPED_TRACE(std::string(Name(diskCase.fault)) + (isOnce ? " once" : " from then on") + " at operation " +
                  std::to_string(diskCase.operation) + ", " + Name(operation.call) + " " + operation.path);
-    const auto project = ShortRun::CreateProject();
+    const auto project = ShortRun::CreateProjectWithSettings();
     FaultyDisk disk;
     disk.Fail(diskCase.fault, diskCase.operation, diskCase.times);
-    const Outcome outcome =
+    const DiskOutcome outcome =
         ExpectDiskPromises(undisturbed, project, disk, isOnce ? MayLose::Nothing : MayLose::WhatTheDiskRefuses);
     EXPECT_TRUE(disk.HasFired()) << "the fault is not there";
     if (undisturbed.IsNewState(FilesOf(*project))) ExpectOrdinaryRun(undisturbed, project);
@@ -239,14 +285,16 @@ Outcome ExpectDiskPromises(Undisturbed& undisturbed, const DiskCase& diskCase) {
 void ExpectNothingLostByDeath(Undisturbed& undisturbed, std::size_t operation) {
     const DiskOperation& last = undisturbed.operations.at(operation - 1);
     SCOPED_TRACE("dies at operation " + std::to_string(operation) + ", " + Name(last.call) + " " + last.path);
-    const auto project = ShortRun::CreateProject();
+    const auto project = ShortRun::CreateProjectWithSettings();
     const pid_t child = ::fork();
     ASSERT_GE(child, 0);
     if (child == 0) {
         const auto soleUse = support::HoldFile(project->folder.File("Veltra.ini"), "Veltra");
         FaultyDisk disk;
         disk.Fail(DiskFault::Death, operation, Times::Once);
-        ShortRun({.disk = disk, .project = project}).Start();
+        ShortRun run({.disk = disk, .project = project});
+        run.ReadSettings();
+        run.Start();
         std::_Exit(0);
     }
     int status = 0;
@@ -257,5 +305,6 @@ void ExpectNothingLostByDeath(Undisturbed& undisturbed, std::size_t operation) {
     ExpectWholeDocuments(files, undisturbed);
     EXPECT_TRUE(!files.contains(reportPath) || Of(files, reportPath) == undisturbed.Report()) << Of(files, reportPath);
     EXPECT_TRUE(undisturbed.Log().starts_with(Of(files, logPath))) << Of(files, logPath);
+    undisturbed.ExpectKept(files, operation);
     if (undisturbed.IsNewState(files)) ExpectOrdinaryRun(undisturbed, project);
 }

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <map>
 #include <memory>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -35,20 +36,29 @@ struct Undisturbed {
     /// that one later run for all of them is enough.
     bool IsNewState(const FileContents& left);
 
+    /// What must be there when all operations before this one were done: the log's length, and the files of finished
+    /// acquisitions.
+    void ExpectKept(const FileContents& left, std::size_t operation) const;
+
     FileContents files;
-    std::set<std::size_t> states;  ///< hashes of what the cases have left
+    std::map<std::size_t, std::size_t> logLengths;          ///< by the number of operations done
+    std::map<std::size_t, std::set<std::string>> finished;  ///< the files' paths, likewise
+    std::set<std::size_t> states;                           ///< hashes of what the cases have left
     std::vector<DiskOperation> operations;
     int pauses = 0;
 };
 
 enum class MayLose { Nothing, WhatTheDiskRefuses };
 
-/// Runs in the project and compares what is left with what is promised.
-ShortRun::Outcome ExpectDiskPromises(const Undisturbed& undisturbed, std::shared_ptr<const NewProject> project,
-                                     const FaultyDisk& disk, MayLose mayLose);
+/// How a program ends; nothing when it said that it cannot start.
+using DiskOutcome = std::optional<ShortRun::Outcome>;
+
+/// Starts a program in the project, with its settings in a file, and compares what is left with what is promised.
+DiskOutcome ExpectDiskPromises(const Undisturbed& undisturbed, std::shared_ptr<const NewProject> project,
+                               const FaultyDisk& disk, MayLose mayLose);
 
 /// Runs with the fault in a new project, and then, from a new state, without faults in the same folders.
-ShortRun::Outcome ExpectDiskPromises(Undisturbed& undisturbed, const DiskCase& diskCase);
+DiskOutcome ExpectDiskPromises(Undisturbed& undisturbed, const DiskCase& diskCase);
 
 /// Lets a process die in its run, looks at what it has left, and runs again in the same folders.
 void ExpectNothingLostByDeath(Undisturbed& undisturbed, std::size_t operation);

@@ -43,6 +43,8 @@ TEST(DiskSweep, EveryOperationFailsInEveryWay) {
         Times times;
     };
     constexpr SampleCase sampleCases[] = {
+        {{"Veltra.ini", "", DiskCall::Status}, DiskFault::InputOutput, Times::Once},
+        {{"Veltra.ini", "", DiskCall::Read}, DiskFault::InputOutput, Times::Once},
         {{"Veltra (5-13", "", DiskCall::MakeFolder}, DiskFault::InputOutput, Times::Once},
         {{"Veltra (", "Log.txt", DiskCall::Write}, DiskFault::NoSpace, Times::Once},
         {{"Veltra (", "Log.txt", DiskCall::Write, true}, DiskFault::NoSpace, Times::Once},
@@ -59,9 +61,10 @@ TEST(DiskSweep, EveryOperationFailsInEveryWay) {
                        sample.place.In(undisturbed) == diskCase.operation;
             });
         if (!sweep.Takes(isSample)) continue;
+        const DiskOutcome outcome = ExpectDiskPromises(undisturbed, diskCase);
         sweep.Count(std::string(Name(diskCase.fault)) +
                     (diskCase.times == Times::Once ? ", once: " : ", from then on: ") +
-                    OutcomeText(ExpectDiskPromises(undisturbed, diskCase)));
+                    (outcome ? OutcomeText(*outcome) : "not started"));
     }
     EXPECT_TRUE(sweep.IsWhole() || sweep.Cases() == std::ssize(sampleCases));
 }
