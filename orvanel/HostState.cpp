@@ -172,7 +172,7 @@ void HostState::LogSample(const QueuedSample& sample, QueueStatus outcome, const
     try {
         const std::string path = BesideIni(config_, "Orvanel.log");
         const std::string heading =
-            support::FileExists(path) ? "" : std::string("Samples of a ") + simulatedMark + support::crLf;
+            support::FileExists(path, disk_) ? "" : std::string("Samples of a ") + simulatedMark + support::crLf;
         support::AppendToFile(path,
                               heading + clock_.Now().generalDate + "\t" + sample.methodPath + "\t" +
                                   sample.dataFilePath + "\t" + text + support::crLf,
