@@ -263,7 +263,7 @@ std::string frmAdvancedSettings::RampProblem() const {
 }
 
 std::string frmAdvancedSettings::FirstProblem() const {
-    if (const std::string problem = RampProblem(); !problem.empty()) return problem;
+    if (std::string problem = RampProblem(); !problem.empty()) return problem;
     if (TextOf(txtEPINum2ndPrec_).empty()) return "Please enter the number of EPI 2nd precursors to use";
     const auto count = NumberIn(txtEPINum2ndPrec_);
     if (!count) return "The entered EPI number of 2nd precursors to use is not a valid number.";

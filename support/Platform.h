@@ -49,6 +49,9 @@ bool StartTextViewer(const std::string& path);
 /// @return false when the desktop has none, as far as it tells within half a second
 bool OpenWithDesktop(const std::string& path);
 
+/// What a value of errno means, in English: a toolkit sets the process's locale, and a message has one language.
+std::string SystemErrorText(int number);
+
 std::uint64_t ProcessNumber();
 /// Whether a process of that number runs on this machine; true where the system does not tell.
 bool IsProcessRunning(std::uint64_t number);

@@ -5,6 +5,8 @@
 
 #include <system_error>
 
+#include "support/Platform.h"
+
 namespace support {
 namespace {
 
@@ -17,7 +19,7 @@ std::string Utf8(const fs::path& path) {
 
 /// In the same words on every system where they have them in common.
 [[noreturn]] void Fail(const std::error_code& error) {
-    throw DiskError(error.default_error_condition().message());
+    throw DiskError(SystemErrorText(error.default_error_condition().value()));
 }
 
 PathKind KindOf(const fs::directory_entry& entry) {

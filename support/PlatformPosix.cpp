@@ -4,6 +4,7 @@
 #ifndef _WIN32
 
 #include <fcntl.h>
+#include <locale.h>
 #include <pwd.h>
 #include <signal.h>
 #include <unistd.h>
@@ -44,6 +45,13 @@ std::string ProgramFolder() {
 
 bool IsTerminal(StandardStream stream) {
     return ::isatty(static_cast<int>(stream)) != 0;
+}
+
+std::string SystemErrorText(int number) {
+    const locale_t english = ::newlocale(LC_ALL_MASK, "C", nullptr);
+    std::string text = english == nullptr ? "error " + std::to_string(number) : ::strerror_l(number, english);
+    if (english != nullptr) ::freelocale(english);
+    return text;
 }
 
 std::uint64_t ProcessNumber() {

@@ -23,7 +23,7 @@ namespace support {
 namespace {
 
 std::string LastError() {
-    return std::strerror(errno);
+    return SystemErrorText(errno);
 }
 
 [[noreturn]] void FailWithLastError() {

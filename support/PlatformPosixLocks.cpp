@@ -99,7 +99,7 @@ std::optional<SoleUse> LookAtHolder(const std::string& name) {
     if (!file.Valid() && errno == ELOOP) return Failure(name + " is a link, remove it");
     struct stat status {};
     // A file that this user may not read is another's, who has the lock or has died with it.
-    if (!file.Valid() || ::fstat(file.Get(), &status) != 0) return Failure(name + ": " + std::strerror(errno));
+    if (!file.Valid() || ::fstat(file.Get(), &status) != 0) return Failure(name + ": " + SystemErrorText(errno));
     if (!S_ISREG(status.st_mode)) return Failure(name + " is no ordinary file, remove it");
     switch (TryLock(file)) {
         case Lock::Unknown:
@@ -111,7 +111,7 @@ std::optional<SoleUse> LookAtHolder(const std::string& name) {
     }
     // Only who has the lock removes the file, so that it is nobody's new one.
     if (IsStillNamed(file, name) && ::unlink(name.c_str()) != 0)
-        return Failure(name + " was left behind and cannot be removed: " + std::strerror(errno));
+        return Failure(name + " was left behind and cannot be removed: " + SystemErrorText(errno));
     return std::nullopt;
 }
 
@@ -146,7 +146,7 @@ SoleUse TrySoleUse(const std::string& path) {
             ::open(name.c_str(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666));
         if (!file->Valid() && errno != EEXIST) {
             const bool nobodyWritesHere = errno == EACCES || errno == EPERM || errno == EROFS || errno == ENOENT;
-            return nobodyWritesHere ? SoleUse{} : Failure(std::strerror(errno));
+            return nobodyWritesHere ? SoleUse{} : Failure(SystemErrorText(errno));
         }
         if (!file->Valid()) {
             if (auto use = LookAtHolder(name)) return *use;

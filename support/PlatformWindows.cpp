@@ -178,6 +178,10 @@ bool OpenWithDesktop(const std::string& path) {
     return reinterpret_cast<INT_PTR>(opened) > lastErrorCode;
 }
 
+std::string SystemErrorText(int number) {
+    return std::generic_category().message(number);
+}
+
 std::uint64_t ProcessNumber() {
     return ::GetCurrentProcessId();
 }

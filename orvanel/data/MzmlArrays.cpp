@@ -28,10 +28,10 @@ constexpr const char* tooManyPoints = "it holds more data points than can be exp
 std::optional<std::string> FromBase64(std::string_view text) {
     constexpr std::string_view digits = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
     static constexpr auto values = [digits] {
-        std::array<signed char, 256> table{};
+        std::array<std::int16_t, 256> table{};
         table.fill(-1);
         for (std::size_t i = 0; i < digits.size(); ++i)
-            table[static_cast<unsigned char>(digits[i])] = static_cast<signed char>(i);
+            table[static_cast<unsigned char>(digits[i])] = static_cast<std::int16_t>(i);
         return table;
     }();
     std::string bytes;

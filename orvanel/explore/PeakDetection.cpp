@@ -206,6 +206,7 @@ void PeakDetection::EstimateForm() {
         samples.resize((samples.size() + 1) / 2);
         const double smoothed = samples[samples.size() / 2].first;
         std::vector<double> leans;
+        leans.reserve(samples.size());
         for (const auto& sample : samples)
             leans.push_back(sample.second);
         lean = std::clamp(Median(leans) / leanPerSkew, -largestSkew, largestSkew);

@@ -81,7 +81,7 @@ std::string TargetOf(const CompoundImport& import, const support::Disk& disk) {
             spectrumFileFaulty,
             "\"" + import.name + "\" is no name of a compound, expected is a file's name without .ini");
     const std::string file = import.name + compoundFileExtension;
-    const std::string path = import.toFolder.empty() ? file : support::JoinPath(import.toFolder, file);
+    std::string path = import.toFolder.empty() ? file : support::JoinPath(import.toFolder, file);
     if (support::FileExists(path, disk))
         throw ports::HostError(spectrumFileFaulty,
                                path + " is there already: choose another name or folder, or remove it");

@@ -220,7 +220,7 @@ class CompoundReader {
     Composition Checked(const StrictIni::Section& section, const StrictIni::Entry& entry, const TreeNode& node) {
         std::string problem;
         try {
-            const Composition composition = ParseFormula(entry.value);
+            Composition composition = ParseFormula(entry.value);
             const double mz = IonMz(composition, node.charge, compound_.polarity == 1, elements_);
             if (std::fabs(mz - node.mz) <= formulaToleranceDa) return composition;
             problem = support::Excerpt(entry.value) + " has m/z " + support::MzText(mz) +

@@ -35,7 +35,8 @@ Distribution Convolved(const Distribution& a, const Distribution& b) {
     while (end - begin > 1 && product.share[begin] < negligibleShare)
         ++begin;
     const auto trim = [begin, end](std::vector<double>& values) {
-        values = std::vector<double>(values.begin() + begin, values.begin() + end);
+        values.resize(end);
+        values.erase(values.begin(), values.begin() + static_cast<std::ptrdiff_t>(begin));
     };
     trim(product.share);
     trim(product.moment);
@@ -60,7 +61,7 @@ Distribution OfElement(const std::vector<ports::Isotope>& isotopes) {
     }
     Distribution distribution;
     distribution.firstShift = first;
-    distribution.share.assign(static_cast<std::size_t>(last - first + 1), 0);
+    distribution.share.assign(static_cast<std::size_t>(last - first) + 1, 0);
     distribution.moment = distribution.share;
     for (const auto& isotope : isotopes) {
         const auto index = static_cast<std::size_t>(shiftOf(isotope) - first);

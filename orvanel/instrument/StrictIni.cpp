@@ -141,6 +141,7 @@ std::vector<double> StrictIni::Numbers(const Section& section, const Entry& entr
              "needs " + std::to_string(count) + " numbers separated by commas, not \"" + support::Excerpt(entry.value) +
                  "\"");
     std::vector<double> numbers;
+    numbers.reserve(texts.size());
     for (const std::string& text : texts)
         numbers.push_back(NumberOf(section.name, entry, std::string(support::Trim(text)), allowed));
     return numbers;

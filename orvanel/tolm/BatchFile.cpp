@@ -28,7 +28,7 @@ XmlFormat BatchFormat() {
 /// What is given must be a name that stays in its folder; a batch that is not complete yet has none.
 template <class Check>
 std::string Name(const XmlReader& reader, xml_node element, const char* attribute, Check check) {
-    const std::string name = reader.Text(element, attribute);
+    std::string name = reader.Text(element, attribute);
     if (name.empty()) return name;
     try {
         check(name);
