@@ -66,9 +66,12 @@ std::optional<std::uint64_t> TakeNumber(std::string_view& text) {
     return number;
 }
 
-/// Whether a process that has died was writing the file of that name.
-/// @param wholeName what it was to become; empty for any
-bool IsLeftover(std::string_view name, std::string_view wholeName) {
+/// Which temporary files nobody writes any more: those of processes that have died, or where this one writes none, its
+/// own too.
+enum class Leftovers { OfDeadProcesses, AlsoOwn };
+
+/// @param wholeName what the file was to become; empty for any
+bool IsLeftover(std::string_view name, std::string_view wholeName, Leftovers leftovers) {
     const std::size_t mark = name.rfind(temporaryMark);
     if (mark == std::string_view::npos || mark == 0) return false;
     if (!wholeName.empty() && name.substr(0, mark) != wholeName) return false;
@@ -78,15 +81,19 @@ bool IsLeftover(std::string_view name, std::string_view wholeName) {
         name.remove_prefix(1);
         if (!TakeNumber(name)) return false;
     }
-    return number && name.empty() && !IsProcessRunning(*number);
+    if (!number || !name.empty()) return false;
+    return !IsProcessRunning(*number) || (leftovers == Leftovers::AlsoOwn && *number == ProcessNumber());
 }
 
-void RemoveLeftovers(const std::string& folder, const std::string& wholeName, int levels, const Disk& disk) noexcept {
+void RemoveLeftovers(const std::string& folder, const std::string& wholeName, int levels, Leftovers leftovers,
+                     const Disk& disk) noexcept {
     try {
         for (const FolderEntry& entry : disk.List(NativePath(folder))) {
             const std::string path = JoinPath(folder, entry.name);
-            if (entry.kind == PathKind::Folder && levels > 0) RemoveLeftovers(path, wholeName, levels - 1, disk);
-            if (entry.kind == PathKind::File && IsLeftover(entry.name, wholeName)) RemoveFileIfThere(path, disk);
+            if (entry.kind == PathKind::Folder && levels > 0)
+                RemoveLeftovers(path, wholeName, levels - 1, leftovers, disk);
+            if (entry.kind == PathKind::File && IsLeftover(entry.name, wholeName, leftovers))
+                RemoveFileIfThere(path, disk);
         }
     } catch (const std::exception&) {
         // They are in nobody's way.
@@ -160,7 +167,7 @@ WholeFileWriter::WholeFileWriter(const std::string& path, std::string_view conte
     : disk_(disk), path_(path) {
     try {
         target_ = disk.RealPath(NativePath(path));
-        RemoveLeftovers(FolderOf(target_), FileNameOf(target_), 0, disk);
+        RemoveLeftovers(FolderOf(target_), FileNameOf(target_), 0, Leftovers::OfDeadProcesses, disk);
         const auto file = CreateTemporary();
         WriteAll(*file, content, content.size());
         file->Flush();
@@ -200,7 +207,7 @@ void WholeFileWriter::Commit() {
 }
 
 void RemoveLeftoversIn(const std::string& folder, int levels, const Disk& disk) noexcept {
-    RemoveLeftovers(folder, "", levels, disk);
+    RemoveLeftovers(folder, "", levels, Leftovers::AlsoOwn, disk);
 }
 
 bool AppendToFile(const std::string& path, std::string_view text, const Disk& disk) {

@@ -61,8 +61,8 @@ class WholeFileWriter {
     std::string temporaryPath_;  ///< empty while there is none
 };
 
-/// Removes the temporary files that processes which have died left in the folder and in its folders. Failures are
-/// ignored.
+/// Removes the temporary files that processes which have died left in the folder and in its folders, and those that
+/// this process could not remove itself: not to be called while it writes there. Failures are ignored.
 /// @param levels how many folders deep, 0 for the folder alone
 void RemoveLeftoversIn(const std::string& folder, int levels, const Disk& disk = SystemDisk()) noexcept;
 

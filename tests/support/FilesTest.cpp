@@ -107,6 +107,7 @@ TEST_F(Files, WhatDeadWritersLeftIsRemoved) {
                 testing::UnorderedElementsAre("a.xmt", others[0], others[1], others[2], others[3]));
     RemoveLeftoversIn(folder.Path(), 1);
     EXPECT_EQ(FilesIn(deep).size(), 2U);
+    EXPECT_THAT(FilesIn(folder.Path()), testing::UnorderedElementsAre("a.xmt", others[0], others[1], others[2]));
     RemoveLeftoversIn(folder.Path(), 2);
     EXPECT_EQ(FilesIn(deep), std::vector<std::string>());
 }

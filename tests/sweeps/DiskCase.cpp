@@ -76,7 +76,8 @@ void ExpectNoTemporaryFiles(const FileContents& files) {
 void ExpectMessage(const std::string& message, const FaultyDisk& disk) {
     std::vector<std::string> names;
     for (const auto& [call, path] : disk.Failed()) {
-        const std::string name = fs::path(path).filename().string();
+        const bool endsInSeparator = path.ends_with('/');
+        const std::string name = fs::path(path.substr(0, path.size() - endsInSeparator)).filename().string();
         names.push_back(name.substr(0, name.find(temporaryMark)));
     }
     EXPECT_TRUE(std::any_of(names.begin(), names.end(), [&](const std::string& name) {
@@ -138,7 +139,8 @@ DiskOutcome NotStarted(const std::string& message, const FaultyDisk& disk, const
                        const NewProject& project) {
     ExpectMessage(message, disk);
     auto files = FilesOf(project);
-    files.erase("Orvanel.registry.ini");  // the host has started
+    // The host has started, and may not have been able to remove what it could not finish.
+    std::erase_if(files, [](const auto& file) { return file.first.starts_with("Orvanel.registry.ini"); });
     EXPECT_TRUE(files == before);
     return std::nullopt;
 }
