@@ -149,7 +149,9 @@ std::optional<std::string> ReadIniText(const std::string& path, const Disk& disk
         throw FileError("Cannot read " + path + ": " + error.what());
     }
     std::string text = ReadWholeFile(path, sizeLimit, disk);
-    if (text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF") || text.find('\0') != std::string::npos)
+    // Also behind a mark of UTF-8, which a save leaves out: the rest must be readable again.
+    const std::string_view content = std::string_view(text).substr(SkipByteOrderMark(text));
+    if (content.starts_with("\xFF\xFE") || content.starts_with("\xFE\xFF") || content.find('\0') != content.npos)
         throw FileError("Cannot read " + path + ": it is UTF-16 or no text, save it as UTF-8");
     return text;
 }
