@@ -141,7 +141,8 @@ class WindowsDisk : public Disk {
         const FileHandle file = OpenToAsk(path);
         if (!file.Valid()) {
             const DWORD error = ::GetLastError();
-            if (error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND) return {};
+            // Nothing has a name that none can have.
+            if (error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND || error == ERROR_INVALID_NAME) return {};
             throw DiskError(WindowsErrorText(error));
         }
         BY_HANDLE_FILE_INFORMATION known{};

@@ -203,7 +203,7 @@ TEST_F(Settings, ForeignLinesStayAndAFailingWriteIsIgnored) {
     const std::string start = foreign + "MethodFilePath=\r\nExpectedMZ=0\r\n";
     EXPECT_EQ(support::ReadWholeFile(path).substr(0, start.size()), start) << "a line end inside a value is refused";
 
-    const std::string orphan = folder.File("missing/Veltra.ini");
+    const std::string orphan = support::JoinPath(folder.File("missing"), "Veltra.ini");
     EXPECT_EQ(clsInfo_Settings(orphan).WriteGlobalSettings(), "Cannot write " + orphan + ": No such file or directory");
     EXPECT_EQ(support::SubFolders(folder.Path()), std::vector<std::string>{});
 }
