@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include "orvanel/data/DataErrors.h"
+#include "orvanel/data/Gzip.h"
 #include "orvanel/data/MzmlAdapter.h"
 #include "ports/HostError.h"
 #include "support/Files.h"
@@ -45,13 +46,24 @@ std::string OneLine(std::string text) {
     return text.empty() ? "it is not sound mzML" : support::Excerpt(text, longestReasonBytes);
 }
 
+/// The text of the file, unpacked where it is a gzip file.
+std::string ReadText(const std::string& path, const support::Disk& disk) {
+    std::string bytes = support::ReadWholeFile(path, fileSizeLimit, disk);
+    if (!IsGzip(bytes)) return bytes;
+    auto text = Gunzip(bytes, fileSizeLimit);
+    if (!text) throw ports::HostError(dataFileTooLarge, "The data file \"" + path + "\" unpacks to more than 1 GiB");
+    return std::move(*text);
+}
+
 }  // namespace
 
 DataFileContent ReadDataFile(const std::string& path, std::size_t experiment, const support::Disk& disk) {
     if (StatusOfFile(path, disk).size > fileSizeLimit)
         throw ports::HostError(dataFileTooLarge, "The data file \"" + path + "\" is larger than 1 GiB");
     try {
-        return ReadMzml(support::ReadWholeFile(path, fileSizeLimit, disk), pointLimit, experiment);
+        return ReadMzml(ReadText(path, disk), {pointLimit, experiment, {}});
+    } catch (const ports::HostError&) {
+        throw;
     } catch (const std::exception& error) {
         FailToRead(path, OneLine(error.what()));
     }
