@@ -151,6 +151,14 @@ void FindPeaks(const ExploreOptions& options, ExploreFindings& findings) {
                      [&](int a, int b) { return intensity(a) > intensity(b); });
 }
 
+/// No more of the file than is shown.
+orvanel::DataFileContent Read(const ExploreOptions& options) {
+    const auto experiment = static_cast<std::size_t>(options.experiment - 1);
+    if (options.listsExperiments) return orvanel::ReadExperiments(options.path);
+    if (options.cycle) return orvanel::ReadCycle(options.path, experiment, *options.cycle);
+    return orvanel::ReadDataFile(options.path, experiment);
+}
+
 std::string OtherSpectraText(std::size_t count) {
     if (count == 0) return "";
     return ", but " + std::to_string(count) + (count == 1 ? " spectrum" : " spectra") + " of another kind";
@@ -160,13 +168,14 @@ std::string OtherSpectraText(std::size_t count) {
 
 ExploreFindings Explore(const ExploreOptions& options) {
     ExploreFindings findings;
-    findings.content = orvanel::ReadDataFile(options.path, static_cast<std::size_t>(options.experiment - 1));
+    findings.content = Read(options);
     if (options.listsExperiments) return findings;
     const bool asksForSpectra = options.experiment > 1 || options.cycle || options.mz || options.top;
-    if (findings.content.spectra.empty() && asksForSpectra)
+    const bool hasSpectra = !findings.content.experiments.empty();
+    if (!hasSpectra && asksForSpectra)
         throw std::runtime_error("The data file \"" + options.path +
                                  "\" holds no mass spectra; --experiment, --cycle, --mz and --top ask for some");
-    if (!findings.content.spectra.empty()) FindPeaks(options, findings);
+    if (hasSpectra) FindPeaks(options, findings);
     findings.traces = FindApexes(findings.content);
     if (!findings.peaks && findings.traces.empty())
         throw std::runtime_error("The data file \"" + options.path + "\" holds neither mass spectra nor chromatograms" +

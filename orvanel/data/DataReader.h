@@ -89,6 +89,14 @@ struct DataFileContent {
 DataFileContent ReadDataFile(const std::string& path, std::size_t experiment = 0,
                              const support::Disk& disk = support::SystemDisk());
 
+/// The same with the spectra of one cycle only (none where there is no such cycle). Where the file has an index that
+/// leads to its spectra, the points of the others are not read, so that faults in them are not seen.
+DataFileContent ReadCycle(const std::string& path, std::size_t experiment, int cycle,
+                          const support::Disk& disk = support::SystemDisk());
+
+/// The same without any spectra: which experiments and chromatograms the file holds.
+DataFileContent ReadExperiments(const std::string& path, const support::Disk& disk = support::SystemDisk());
+
 /// The files that were read last, so that several handles on one file read it once. A file is read again when its size,
 /// its time of change or the file itself differs. One thread only.
 class DataFileCache {

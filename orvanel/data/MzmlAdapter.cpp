@@ -182,11 +182,14 @@ DataFileContent ReadMzml(std::string text, const MzmlSelection& selection) {
     return ContentOf(Parsed(std::move(text), selection.pointLimit), {}, selection);
 }
 
-DataFileContent ReadMzmlParts(std::string outline, const MzmlParts& parts, const MzmlSelection& selection) {
+DataFileContent ReadMzmlParts(MzmlParts parts, const MzmlSelection& selection) {
+    const auto outline = Parsed(std::move(parts.outline), selection.pointLimit);
+    const auto list = outline->run.spectrumListPtr;
+    if (!list || list->size() != parts.spectra) throw std::runtime_error("it holds other spectra than it should");
     const auto points = [&](const std::vector<std::size_t>& wanted) {
-        return Parsed(parts(wanted), selection.pointLimit);
+        return Parsed(parts.documentWith(wanted), selection.pointLimit);
     };
-    return ContentOf(Parsed(std::move(outline), selection.pointLimit), points, selection);
+    return ContentOf(outline, points, selection);
 }
 
 }  // namespace orvanel

@@ -31,13 +31,16 @@ struct MzmlSelection {
 /// @throws std::exception that says what is wrong with the text
 DataFileContent ReadMzml(std::string text, const MzmlSelection& selection);
 
-/// Gives a document with the spectra of these numbers (from 0) only, in that order.
-using MzmlParts = std::function<std::string(const std::vector<std::size_t>& wanted)>;
+/// A document of which it is costly to have all.
+struct MzmlParts {
+    std::string outline;      ///< all but the arrays of the spectra
+    std::size_t spectra = 0;  ///< how many it holds
+    /// Gives a document with the spectra of these numbers (from 0) only, in that order.
+    std::function<std::string(const std::vector<std::size_t>& wanted)> documentWith;
+};
 
-/// The same where it is costly to have all of a document.
-/// @param outline the document without the arrays of its spectra
 /// @throws std::exception also where the outline does not tell what the spectra are
-DataFileContent ReadMzmlParts(std::string outline, const MzmlParts& parts, const MzmlSelection& selection);
+DataFileContent ReadMzmlParts(MzmlParts parts, const MzmlSelection& selection);
 
 /// Names of the user parameters that carry what no term of the vocabulary says.
 namespace dataParameter {

@@ -10,6 +10,7 @@
 #include <fstream>
 #include <map>
 #include <numeric>
+#include <sstream>
 
 #include "orvanel/data/DataFile.h"
 #include "orvanel/data/ExperimentIndex.h"
@@ -27,6 +28,7 @@
 
 namespace {
 
+using orvanel::DataFileContent;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
@@ -436,6 +438,89 @@ TEST_F(DataReader, ReadsGzipWhateverTheName) {
     const std::string zeros(5000, '\0');
     EXPECT_EQ(orvanel::Gunzip(Packed(zeros) + Packed("a"), 5001), zeros + "a");
     EXPECT_EQ(orvanel::Gunzip(Packed(zeros) + Packed("a"), 5000), std::nullopt);
+}
+
+/// All that was read, as a text.
+std::string Told(const DataFileContent& content) {
+    std::ostringstream text;
+    text << content.id << ' ' << content.rampParameter << ' ' << content.firstCycle << ' ' << content.lastCycle;
+    for (const auto& [kind, spectra] : content.experiments)
+        text << "\nexperiment " << kind.msLevel << kind.profile << kind.lowMz << ' ' << kind.isolations.size() << ' '
+             << spectra;
+    for (const auto& spectrum : content.spectra)
+        text << '\n'
+             << spectrum.id << ' ' << spectrum.cycle << ' ' << spectrum.timeMinutes << ' '
+             << spectrum.rampValue.value_or(-1) << ' ' << testing::PrintToString(spectrum.mz)
+             << testing::PrintToString(spectrum.intensity);
+    if (content.total) text << '\n' << testing::PrintToString(content.total->intensity);
+    return text.str();
+}
+
+/// The third array of the file is damaged, so that only what does not read it can tell about the others.
+TEST_F(DataReader, ReadsOneCycleByTheIndexOnlyWhereThatLeadsToTheSpectra) {
+    const auto sound = orvanel::WriteMzml(SampleRamp(11, "CE", 10, 5, 4));
+    const std::string values = "<binary>";
+    auto damaged = sound;
+    damaged.replace(damaged.find(values, damaged.find("id=\"scan=3\"")) + values.size(), 4, "?!?!");
+    const auto told = [&](const std::string& text, int cycle) {
+        support::WriteWholeFile(path, text);
+        return Told(orvanel::ReadCycle(path, 0, cycle));
+    };
+    const auto ofWhole = [&](int cycle) { return Told(orvanel::ReadMzml(sound, {1000, 0, cycle})); };
+    for (const int cycle : {0, 1, 2, 4, 5})
+        EXPECT_EQ(told(damaged, cycle), ofWhole(cycle)) << cycle;
+    EXPECT_EQ(Told(orvanel::ReadExperiments(path)), ofWhole(0));
+    EXPECT_THAT(orvanel::bench::ErrorOf([&] { told(damaged, 3); }), HasSubstr("cannot be read: spectrum 3: "));
+    EXPECT_THROW(orvanel::ReadCycle(path, 1, 1), ports::HostError);
+
+    const auto place = [&](const std::string& part) { return sound.find(part); };
+    const auto offset = [&](int scan) {
+        return std::to_string(place("<spectrum index=\"" + std::to_string(scan - 1)));
+    };
+    const auto begin = [](const std::string& number) { return '>' + number + "</"; };
+    const std::string entry = "<offset idRef=\"scan=2\"" + begin(offset(2)) + "offset>";
+    const std::string listOffset = begin(std::to_string(place("<indexList ")));
+    for (const auto& [old, replacement] :
+         {std::pair<std::string, std::string>{begin(offset(2)), begin(offset(2) + "0")},
+          {begin(offset(2)), begin(offset(3))},
+          {begin(offset(2)), begin(std::to_string(std::stoi(offset(2)) + 1))},
+          {begin(offset(1)), begin("0")},
+          {begin(offset(4)), begin("18446744073709551615")},
+          {begin(offset(4)), begin("-1")},
+          {begin(offset(4)), begin(std::to_string(place("<chromatogram ")))},
+          {entry, ""},
+          {entry, entry + entry},
+          {entry, "<offset>"},
+          {"idRef=\"scan=2\"", "idRef=\"scan=3\""},
+          {"<index name=\"spectrum\">", "<index name=\"spectra\">"},
+          {"</index>", "</index><"},
+          {listOffset, begin("0")},
+          {listOffset, begin("99999999999999999999")},
+          {"<indexListOffset>", "<indexListOffsets>"}}) {
+        auto wrong = damaged;
+        ASSERT_NE(wrong.rfind(old), std::string::npos) << old;
+        wrong.replace(wrong.rfind(old), old.size(), replacement);
+        EXPECT_THAT(orvanel::bench::ErrorOf([&] { told(wrong, 1); }), HasSubstr("cannot be read: spectrum 3: "))
+            << old << " -> " << replacement;
+        wrong = sound;
+        wrong.replace(wrong.rfind(old), old.size(), replacement);
+        EXPECT_EQ(told(wrong, 2), ofWhole(2)) << old << " -> " << replacement;
+    }
+    // A document that has changed since it was indexed, but not in its length.
+    for (const auto& [old, replacement] :
+         {std::pair<std::string, std::string>{"<spectrumList count=\"4\"", "<spectrumList count=\"3\""},
+          {"<spectrum index=\"1\"", "<spectrum index=\"7\""},
+          {"<spectrum index=\"1\" id=\"scan=2\"", "<spectrum index=\"1\" id=\"scan=9\""},
+          {"</binaryDataArrayList>\n        </spectrum>\n        <spectrum index=\"2\"",
+           "</binaryDataArrayList></spectrum><a>\n     </a>\n    <spectrum index=\"2\""},
+          {"MS:1000128\" name=\"profile spectrum", "MS:1000000\" name=\"profile spectrum"}}) {
+        auto changed = damaged;
+        ASSERT_NE(changed.find(old, place("<spectrumList")), std::string::npos) << old;
+        changed.replace(changed.find(old, place("<spectrumList")), old.size(), replacement);
+        ASSERT_EQ(changed.size(), damaged.size()) << old;
+        EXPECT_THAT(orvanel::bench::ErrorOf([&] { told(changed, 1); }), HasSubstr("cannot be read: spectrum 3: "))
+            << old << " -> " << replacement;
+    }
 }
 
 TEST_F(DataFileCache, ReadsAFileOnceUntilItChanges) {
