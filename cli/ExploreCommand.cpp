@@ -108,9 +108,9 @@ void TakeTopPeaks(const ExploreOptions& options, ExploreFindings& findings) {
     const int percentLimit = isMs3 && !findings.excluded.empty() ? clsScan5_MS3::parentAreaPercentLimit : -1;
     const auto take = [&](double excludedMz) {
         bool belowThreshold = true;
-        const auto top = veltra::TopMonoisotopicPeaks(*findings.peaks, std::numeric_limits<std::int16_t>::max(),
-                                                      excludedMz, findings.excludedToleranceDa,
-                                                      static_cast<std::int16_t>(percentLimit), belowThreshold);
+        auto top = veltra::TopMonoisotopicPeaks(*findings.peaks, std::numeric_limits<std::int16_t>::max(), excludedMz,
+                                                findings.excludedToleranceDa, static_cast<std::int16_t>(percentLimit),
+                                                belowThreshold);
         findings.precursorRemains = findings.precursorRemains || !belowThreshold;
         return top;
     };
@@ -118,7 +118,7 @@ void TakeTopPeaks(const ExploreOptions& options, ExploreFindings& findings) {
         return std::any_of(findings.excluded.begin(), findings.excluded.end(),
                            [&](double excludedMz) { return std::abs(mz - excludedMz) < findings.excludedToleranceDa; });
     };
-    auto top = take(findings.excluded.empty() ? -1 : findings.excluded.back());
+    const auto top = take(findings.excluded.empty() ? -1 : findings.excluded.back());
     for (std::size_t i = 0; i + 1 < findings.excluded.size(); ++i)
         take(findings.excluded[i]);
     if (findings.precursorRemains) return;

@@ -180,6 +180,7 @@ void MzmlSpectra::TakePoints(const msdata::Spectrum& spectrum, const std::string
 
 void MzmlSpectra::ReadPoints(const std::vector<const Header*>& headers, std::vector<StoredSpectrum>& spectra) {
     std::vector<std::size_t> numbers;
+    numbers.reserve(headers.size());
     for (const Header* header : headers)
         numbers.push_back(header->number);
     const Document document = points_ ? points_(numbers) : outline_;

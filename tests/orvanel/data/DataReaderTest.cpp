@@ -343,7 +343,7 @@ TEST_F(DataReader, TellsProfilesByTheirPointsWhereNoTermDoes) {
         data.cycles[cycle].intensity.push_back(intensity);
     };
     for (int k = 0; k < 200; ++k) {
-        for (const std::size_t cycle : {0, 1})
+        for (const std::size_t cycle : {0U, 1U})
             add(cycle, 100 + 0.06 * k, 1000 * std::exp(-0.5 * std::pow(std::remainder(0.06 * k, 2.0) / 0.2, 2)));
         add(2, 100 + k + 0.01 * (k % 7), 1000 + k);  // a line near every mass
     }
@@ -508,12 +508,12 @@ TEST_F(DataReader, ReadsOneCycleByTheIndexOnlyWhereThatLeadsToTheSpectra) {
     }
     // A document that has changed since it was indexed, but not in its length.
     for (const auto& [old, replacement] :
-         {std::pair<std::string, std::string>{"<spectrumList count=\"4\"", "<spectrumList count=\"3\""},
+         {std::pair<std::string, std::string>{"<spectrumList count=\"4\"", "<spectrumList count=\"5\""},
           {"<spectrum index=\"1\"", "<spectrum index=\"7\""},
           {"<spectrum index=\"1\" id=\"scan=2\"", "<spectrum index=\"1\" id=\"scan=9\""},
           {"</binaryDataArrayList>\n        </spectrum>\n        <spectrum index=\"2\"",
            "</binaryDataArrayList></spectrum><a>\n     </a>\n    <spectrum index=\"2\""},
-          {"MS:1000128\" name=\"profile spectrum", "MS:1000000\" name=\"profile spectrum"}}) {
+          {"MS:1000128\" name=\"profile spectrum", "MS:1000796\" name=\"profile spectrum"}}) {
         auto changed = damaged;
         ASSERT_NE(changed.find(old, place("<spectrumList")), std::string::npos) << old;
         changed.replace(changed.find(old, place("<spectrumList")), old.size(), replacement);
@@ -521,6 +521,12 @@ TEST_F(DataReader, ReadsOneCycleByTheIndexOnlyWhereThatLeadsToTheSpectra) {
         EXPECT_THAT(orvanel::bench::ErrorOf([&] { told(changed, 1); }), HasSubstr("cannot be read: spectrum 3: "))
             << old << " -> " << replacement;
     }
+    // Neither the index nor the list counts the last spectrum.
+    auto uncounted = damaged;
+    const std::string last = "<offset idRef=\"scan=4\"" + begin(offset(4)) + "offset>";
+    uncounted.erase(uncounted.rfind(last), last.size());
+    uncounted[uncounted.find("<spectrumList count=\"4") + 21] = '3';
+    EXPECT_THAT(orvanel::bench::ErrorOf([&] { told(uncounted, 1); }), HasSubstr("cannot be read: spectrum 3: "));
 }
 
 TEST_F(DataFileCache, ReadsAFileOnceUntilItChanges) {
