@@ -8,6 +8,8 @@
 #include <vector>
 
 #include "orvanel/data/DataFile.h"
+#include "orvanel/data/DataReader.h"
+#include "orvanel/data/ExperimentIndex.h"
 #include "orvanel/explore/Exploration.h"
 #include "tests/support_files/TempFolder.h"
 
@@ -31,13 +33,12 @@ std::vector<double> Grid(std::size_t points, double stepDa) {
     return mz;
 }
 
-orvanel::AcquiredData ManySpectra(int count) {
+orvanel::AcquiredData ManySpectra(int count, std::size_t points = 500) {
     constexpr double stepDa = 0.06;
-    constexpr std::size_t points = 500;
     orvanel::AcquiredData data;
     data.startTimestamp = "2024-05-13T15:45:12Z";
     data.experiment.scanType = static_cast<int>(orvanel::ScanType::EnhancedResolution);
-    data.experiment.massRanges.push_back({50, 50 + stepDa * (points - 1), stepDa, 0.06, {}});
+    data.experiment.massRanges.push_back({50, 50 + stepDa * static_cast<double>(points - 1), stepDa, 0.06, {}});
     for (int cycle = 1; cycle <= count; ++cycle) {
         orvanel::CycleRecord record;
         record.cycle = cycle;
@@ -80,5 +81,44 @@ void XicOverSpectra(benchmark::State& state) {
     }
 }
 BENCHMARK(XicOverSpectra)->Arg(1000)->Arg(10000)->Unit(benchmark::kMillisecond);
+
+constexpr std::size_t pointsOfFile = 5000;
+
+/// The whole file, for the ratio to OneCycleByIndex.
+void WholeFile(benchmark::State& state) {
+    const TempFolder folder;
+    const std::string path = folder.File("many.vesk");
+    orvanel::WriteDataFile(path, ManySpectra(static_cast<int>(state.range(0)), pointsOfFile));
+    for (auto _ : state)
+        benchmark::DoNotOptimize(orvanel::ReadDataFile(path).spectra.size());
+}
+BENCHMARK(WholeFile)->Arg(500)->Unit(benchmark::kMillisecond);
+
+void OneCycleByIndex(benchmark::State& state) {
+    const TempFolder folder;
+    const std::string path = folder.File("many.vesk");
+    orvanel::WriteDataFile(path, ManySpectra(static_cast<int>(state.range(0)), pointsOfFile));
+    for (auto _ : state)
+        benchmark::DoNotOptimize(orvanel::ReadCycle(path, 0, 250).spectra.size());
+}
+BENCHMARK(OneCycleByIndex)->Arg(500)->Arg(5000)->Unit(benchmark::kMillisecond);
+
+/// Every precursor is near to every other, so that a search through those that are near would take all.
+void SortCrowdedSpectra(benchmark::State& state) {
+    constexpr std::size_t isolations = 12;
+    std::mt19937_64 random(7);
+    std::vector<orvanel::ExperimentKind> kinds(static_cast<std::size_t>(state.range(0)));
+    for (auto& kind : kinds) {
+        kind.msLevel = 2;
+        for (std::size_t i = 0; i < isolations; ++i)
+            kind.isolations.push_back({400 + 0.06 * static_cast<double>(random() % 3)});
+    }
+    for (auto _ : state) {
+        orvanel::ExperimentIndex index;
+        for (const auto& kind : kinds)
+            benchmark::DoNotOptimize(index.Count(kind));
+    }
+}
+BENCHMARK(SortCrowdedSpectra)->Arg(1000)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
 
 }  // namespace

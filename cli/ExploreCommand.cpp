@@ -2,7 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include <algorithm>
+#include <cmath>
 #include <exception>
+#include <limits>
 #include <ostream>
 #include <stdexcept>
 
@@ -41,15 +43,17 @@ std::vector<TraceApex> FindApexes(const orvanel::DataFileContent& content) {
     for (const auto& trace : content.traces)
         add(trace);
     if (content.traces.empty() && content.total) add(*content.total);
+    for (const auto& trace : content.others)
+        add(trace);
     return apexes;
 }
 
 /// An MS3 ramp is judged at the cycle that leaves little of the precursor, as the MS3 stage does.
 std::optional<double> RampValueOfMs3(const ExploreOptions& options, const orvanel::DataFileContent& content) {
-    if (content.kind.msLevel != 3 || content.rampParameter.empty() || content.kind.precursors.empty()) return {};
+    if (content.kind.msLevel != 3 || content.rampParameter.empty() || content.kind.isolations.empty()) return {};
     const auto exploration = orvanel::CreateDataExploration();
     const auto chromatogram = exploration->CreateChromatogramData();
-    const double precursor = content.kind.precursors.back();
+    const double precursor = content.kind.isolations.back().back();
     chromatogram->ExploreSetDataFile(options.path);
     chromatogram->ExploreLoadXIC(1, 0, 0, precursor, precursor + clsScan5_MS3::remainderWindowDa);
     Smooth(*exploration, *chromatogram);
@@ -66,8 +70,7 @@ std::vector<const orvanel::StoredSpectrum*> ChooseSpectra(const ExploreOptions& 
             chosen.push_back(&spectrum);
     if (chosen.empty())
         throw std::runtime_error("The data file \"" + options.path + "\" holds cycles " +
-                                 std::to_string(content.spectra.front().cycle) + " to " +
-                                 std::to_string(content.spectra.back().cycle) +
+                                 std::to_string(content.firstCycle) + " to " + std::to_string(content.lastCycle) +
                                  " of this experiment; there is no cycle " + std::to_string(options.cycle.value_or(0)));
     return chosen;
 }
@@ -88,25 +91,41 @@ int NumberOf(const veltra::clsItem_Peak& wanted, const ports::PeakList& peaks, c
     return number;
 }
 
-/// The strongest monoisotopic peaks away from the precursor, as the EPI and the MS3 stage take them.
+/// The strongest monoisotopic peaks away from the precursors, as the EPI and the MS3 stage take them away from one.
 void TakeTopPeaks(const ExploreOptions& options, ExploreFindings& findings) {
     const auto& kind = findings.content.kind;
     const bool isMs3 = kind.msLevel > 2;
     if (kind.msLevel > 1) {
-        findings.excludedMz = options.mz;
-        if (!options.mz && !kind.precursors.empty()) findings.excludedMz = kind.precursors.back();
+        if (options.mz)
+            findings.excluded = {*options.mz};
+        else if (!kind.isolations.empty())
+            findings.excluded = kind.isolations.back();
     }
     findings.excludedToleranceDa =
         isMs3 ? clsScan5_MS3::exclusionToleranceDa : veltra::clsScan3_EPI::exclusionToleranceDa;
     const int usual = isMs3 ? clsScan5_MS3::peaksWanted : veltra::clsInfo_Settings("").Advanced_EPINum2ndPrec;
-    const int percentLimit = isMs3 && findings.excludedMz ? clsScan5_MS3::parentAreaPercentLimit : -1;
-    bool belowThreshold = true;
-    const auto top = veltra::TopMonoisotopicPeaks(
-        *findings.peaks, static_cast<std::int16_t>(options.top.value_or(usual)), findings.excludedMz.value_or(-1),
-        findings.excludedToleranceDa, static_cast<std::int16_t>(percentLimit), belowThreshold);
-    findings.precursorRemains = !belowThreshold;
-    for (const auto& peak : top)
-        findings.shown.push_back(NumberOf(*peak, *findings.peaks, findings.shown));
+    const int wanted = options.top.value_or(usual);
+    const int percentLimit = isMs3 && !findings.excluded.empty() ? clsScan5_MS3::parentAreaPercentLimit : -1;
+    const auto take = [&](double excludedMz) {
+        bool belowThreshold = true;
+        auto top = veltra::TopMonoisotopicPeaks(*findings.peaks, std::numeric_limits<std::int16_t>::max(), excludedMz,
+                                                findings.excludedToleranceDa, static_cast<std::int16_t>(percentLimit),
+                                                belowThreshold);
+        findings.precursorRemains = findings.precursorRemains || !belowThreshold;
+        return top;
+    };
+    const auto isExcluded = [&](double mz) {
+        return std::any_of(findings.excluded.begin(), findings.excluded.end(),
+                           [&](double excludedMz) { return std::abs(mz - excludedMz) < findings.excludedToleranceDa; });
+    };
+    const auto top = take(findings.excluded.empty() ? -1 : findings.excluded.back());
+    for (std::size_t i = 0; i + 1 < findings.excluded.size(); ++i)
+        take(findings.excluded[i]);
+    if (findings.precursorRemains) return;
+    for (const auto& peak : top) {
+        if (static_cast<int>(findings.shown.size()) == wanted) break;
+        if (!isExcluded(peak->CentroidMass)) findings.shown.push_back(NumberOf(*peak, *findings.peaks, findings.shown));
+    }
 }
 
 void FindPeaks(const ExploreOptions& options, ExploreFindings& findings) {
@@ -132,20 +151,35 @@ void FindPeaks(const ExploreOptions& options, ExploreFindings& findings) {
                      [&](int a, int b) { return intensity(a) > intensity(b); });
 }
 
+/// No more of the file than is shown.
+orvanel::DataFileContent Read(const ExploreOptions& options) {
+    const auto experiment = static_cast<std::size_t>(options.experiment - 1);
+    if (options.listsExperiments) return orvanel::ReadExperiments(options.path);
+    if (options.cycle) return orvanel::ReadCycle(options.path, experiment, *options.cycle);
+    return orvanel::ReadDataFile(options.path, experiment);
+}
+
+std::string OtherSpectraText(std::size_t count) {
+    if (count == 0) return "";
+    return ", but " + std::to_string(count) + (count == 1 ? " spectrum" : " spectra") + " of another kind";
+}
+
 }  // namespace
 
 ExploreFindings Explore(const ExploreOptions& options) {
     ExploreFindings findings;
-    findings.content = orvanel::ReadDataFile(options.path, static_cast<std::size_t>(options.experiment - 1));
+    findings.content = Read(options);
     if (options.listsExperiments) return findings;
     const bool asksForSpectra = options.experiment > 1 || options.cycle || options.mz || options.top;
-    if (findings.content.spectra.empty() && asksForSpectra)
+    const bool hasSpectra = !findings.content.experiments.empty();
+    if (!hasSpectra && asksForSpectra)
         throw std::runtime_error("The data file \"" + options.path +
                                  "\" holds no mass spectra; --experiment, --cycle, --mz and --top ask for some");
-    if (!findings.content.spectra.empty()) FindPeaks(options, findings);
+    if (hasSpectra) FindPeaks(options, findings);
     findings.traces = FindApexes(findings.content);
     if (!findings.peaks && findings.traces.empty())
-        throw std::runtime_error("The data file \"" + options.path + "\" holds neither mass spectra nor chromatograms");
+        throw std::runtime_error("The data file \"" + options.path + "\" holds neither mass spectra nor chromatograms" +
+                                 OtherSpectraText(findings.content.otherSpectra));
     return findings;
 }
 

@@ -30,7 +30,7 @@ struct ExploreFindings {
     std::vector<int> shown;                            ///< numbers of peaks, the most intense first
     std::optional<double> wantedMz;                    ///< the expected m/z that the parent was looked for at
     int parent = 0;                                    ///< its number, 0 when it was not found
-    std::optional<double> excludedMz;                  ///< whose surroundings are left out of what is shown
+    std::vector<double> excluded;                      ///< m/z whose surroundings are left out of what is shown
     double excludedToleranceDa = 0;
     bool precursorRemains = false;  ///< so much of it that a run takes no 3rd precursors
     std::vector<TraceApex> traces;

@@ -38,7 +38,8 @@ const char* RepresentationText(const orvanel::ExperimentKind& kind) {
 
 std::string KindText(const orvanel::ExperimentKind& kind) {
     std::string text = "MS" + std::to_string(kind.msLevel);
-    if (!kind.precursors.empty()) text += " of " + Join(kind.precursors, " > ");
+    for (const auto& masses : kind.isolations)
+        text += (&masses == &kind.isolations.front() ? " of " : " > ") + Join(masses, "+");
     text += std::string(", ") + PolarityText(kind) + ", " + RepresentationText(kind);
     if (kind.highMz > 0) text += ", " + GeneralText(kind.lowMz) + " to " + GeneralText(kind.highMz) + " Da";
     return text;
@@ -79,9 +80,9 @@ void PrintPeaks(const ExploreFindings& findings, std::ostream& out) {
             out << "none";
         out << ", looked for at " << GeneralText(*findings.wantedMz) << " Da\n";
     }
-    if (findings.excludedMz)
+    if (!findings.excluded.empty())
         out << "Left out:    " << GeneralText(findings.excludedToleranceDa) << " Da around "
-            << MzText(*findings.excludedMz) << '\n';
+            << Join(findings.excluded, " and ") << '\n';
     if (findings.precursorRemains)
         out << "Note:        too much of the precursor is left for 3rd precursors to be taken\n";
     out << "Peaks:       " << peaks.ExplorePeakCount() << ", shown " << findings.shown.size() << "\n";
@@ -106,16 +107,25 @@ void PrintTraces(const ExploreFindings& findings, std::ostream& out) {
         cell(11, axis.empty() ? "-" : PlaceText(axis.back()));
         cell(11, x ? PlaceText(*x) : "-");
         cell(12, x ? support::ScientificText(intensity) : "-");
-        out << "  " << CleanText(trace->id) << '\n';
+        out << "  " << CleanText(trace->id) << (trace->kind.empty() ? "" : " (" + CleanText(trace->kind) + ")") << '\n';
     }
+}
+
+JsonWriter& WriteMasses(JsonWriter& json, const std::vector<double>& masses) {
+    for (const double mz : masses)
+        json.Number(mz);
+    return json;
 }
 
 void WriteKind(JsonWriter& json, const orvanel::ExperimentSummary& experiment) {
     const auto& kind = experiment.kind;
     json.Open('{').Key("msLevel").Number(kind.msLevel).Key("polarity").Text(PolarityText(kind));
     json.Key("representation").Text(RepresentationText(kind)).Key("precursors").Open('[');
-    for (const double mz : kind.precursors)
-        json.Number(mz);
+    for (const auto& masses : kind.isolations)
+        WriteMasses(json, masses);
+    json.Close(']').Key("isolations").Open('[');
+    for (const auto& masses : kind.isolations)
+        WriteMasses(json.Open('['), masses).Close(']');
     json.Close(']').Key("lowMz").Number(kind.lowMz).Key("highMz").Number(kind.highMz);
     json.Key("spectra").Number(static_cast<double>(experiment.spectra)).Close('}');
 }
@@ -144,14 +154,11 @@ void WriteSpectrum(JsonWriter& json, const ExploreFindings& findings) {
         else
             json.Null();
     }
-    if (findings.excludedMz)
-        json.Key("excluded")
-            .Open('{')
-            .Key("mz")
-            .Number(*findings.excludedMz)
-            .Key("toleranceDa")
-            .Number(findings.excludedToleranceDa)
-            .Close('}');
+    if (!findings.excluded.empty()) {
+        json.Key("excluded").Open('{').Key("mz").Number(findings.excluded.back());
+        json.Key("toleranceDa").Number(findings.excludedToleranceDa).Key("others").Open('[');
+        WriteMasses(json, {findings.excluded.begin(), findings.excluded.end() - 1}).Close(']').Close('}');
+    }
     json.Key("precursorRemains").Truth(findings.precursorRemains);
     json.Key("peakCount").Number(findings.peaks->ExplorePeakCount()).Key("peaks").Open('[');
     for (const int peak : findings.shown)
@@ -162,7 +169,15 @@ void WriteSpectrum(JsonWriter& json, const ExploreFindings& findings) {
 void WriteTraces(JsonWriter& json, const ExploreFindings& findings) {
     json.Key("chromatograms").Open('[');
     for (const auto& [trace, x, intensity] : findings.traces) {
-        json.Open('{').Key("id").Text(trace->id).Key("q1").Number(trace->q1).Key("q3").Number(trace->q3);
+        json.Open('{')
+            .Key("id")
+            .Text(trace->id)
+            .Key("kind")
+            .Text(trace->kind)
+            .Key("q1")
+            .Number(trace->q1)
+            .Key("q3")
+            .Number(trace->q3);
         json.Key("points").Number(static_cast<double>(trace->X().size())).Key("apex");
         if (x)
             json.Open('{').Key("x").Number(*x).Key("intensity").Number(intensity).Close('}');
@@ -186,6 +201,9 @@ void PrintFindings(const ExploreFindings& findings, const ExploreOptions& option
                 << content.experiments[i].spectra
                 << (content.experiments[i].spectra == 1 ? " spectrum\n" : " spectra\n");
         out << "Chromatograms of transitions: " << content.traces.size() << '\n';
+        for (const auto& trace : content.others)
+            out << "Chromatogram: " << CleanText(trace.id)
+                << (trace.kind.empty() ? "" : " (" + CleanText(trace.kind) + ")") << '\n';
         return;
     }
     if (findings.peaks) {
@@ -193,7 +211,7 @@ void PrintFindings(const ExploreFindings& findings, const ExploreOptions& option
         PrintUsed(findings, out);
         PrintPeaks(findings, out);
     }
-    if (!content.traces.empty() || !findings.peaks) PrintTraces(findings, out);
+    if (!content.traces.empty() || !content.others.empty() || !findings.peaks) PrintTraces(findings, out);
 }
 
 void PrintFindingsAsJson(const ExploreFindings& findings, const ExploreOptions& options, std::ostream& out) {

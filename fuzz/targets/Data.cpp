@@ -40,6 +40,11 @@ void CheckPeaks(ports::DataExploration& exploration, const orvanel::DataFileCont
 
 void fuzz::Try(std::string_view input) {
     const std::string path = FileWith("d.vesk", input);
+    if (const auto cycle = ReadOrRefuse(path, [&] { return orvanel::ReadCycle(path, 0, 1); }))
+        for (const auto& spectrum : cycle->spectra) {
+            CheckSpectrum(spectrum);
+            fuzz::Require(spectrum.cycle == 1, "only the cycle that was asked for is read");
+        }
     const auto content = ReadOrRefuse(path, [&] { return orvanel::ReadDataFile(path); });
     if (!content) return;
     for (const auto& spectrum : content->spectra)

@@ -6,6 +6,8 @@
 #include <algorithm>
 
 #include "orvanel/data/DataErrors.h"
+#include "orvanel/data/Gzip.h"
+#include "orvanel/data/IndexedFile.h"
 #include "orvanel/data/MzmlAdapter.h"
 #include "ports/HostError.h"
 #include "support/Files.h"
@@ -45,16 +47,56 @@ std::string OneLine(std::string text) {
     return text.empty() ? "it is not sound mzML" : support::Excerpt(text, longestReasonBytes);
 }
 
-}  // namespace
+/// The text of the file, unpacked where it is a gzip file.
+std::string ReadText(const std::string& path, const support::Disk& disk) {
+    std::string bytes = support::ReadWholeFile(path, fileSizeLimit, disk);
+    if (!IsGzip(bytes)) return bytes;
+    auto text = Gunzip(bytes, fileSizeLimit);
+    if (!text) throw ports::HostError(dataFileTooLarge, "The data file \"" + path + "\" unpacks to more than 1 GiB");
+    return std::move(*text);
+}
 
-DataFileContent ReadDataFile(const std::string& path, std::size_t experiment, const support::Disk& disk) {
+/// Only what is needed of the file, where its index allows that. Whatever is wrong, the reading of the whole file finds
+/// it too, or does without.
+std::optional<DataFileContent> ReadByIndex(const std::string& path, const MzmlSelection& selection,
+                                           const support::Disk& disk) {
+    try {
+        IndexedFile file(path, disk);
+        return ReadMzmlParts({file.Outline(), file.SpectrumCount(),
+                              [&](const std::vector<std::size_t>& wanted) { return file.DocumentWith(wanted); }},
+                             selection);
+    } catch (const std::exception&) {
+        return std::nullopt;
+    }
+}
+
+DataFileContent Read(const std::string& path, const MzmlSelection& selection, const support::Disk& disk) {
     if (StatusOfFile(path, disk).size > fileSizeLimit)
         throw ports::HostError(dataFileTooLarge, "The data file \"" + path + "\" is larger than 1 GiB");
+    if (selection.cycle)
+        if (auto content = ReadByIndex(path, selection, disk)) return std::move(*content);
     try {
-        return ReadMzml(support::ReadWholeFile(path, fileSizeLimit, disk), pointLimit, experiment);
+        return ReadMzml(ReadText(path, disk), selection);
+    } catch (const ports::HostError&) {
+        throw;
     } catch (const std::exception& error) {
         FailToRead(path, OneLine(error.what()));
     }
+}
+
+}  // namespace
+
+DataFileContent ReadDataFile(const std::string& path, std::size_t experiment, const support::Disk& disk) {
+    return Read(path, {pointLimit, experiment, {}}, disk);
+}
+
+DataFileContent ReadCycle(const std::string& path, std::size_t experiment, int cycle, const support::Disk& disk) {
+    return Read(path, {pointLimit, experiment, cycle}, disk);
+}
+
+DataFileContent ReadExperiments(const std::string& path, const support::Disk& disk) {
+    constexpr int none = 0;  // cycles count from 1
+    return Read(path, {pointLimit, 0, none}, disk);
 }
 
 std::shared_ptr<const DataFileContent> DataFileCache::Open(const std::string& path) {

@@ -4,15 +4,20 @@
 #pragma once
 
 #include <cstddef>
-#include <string_view>
+#include <string>
 
 namespace orvanel {
 
-/// Refuses arrays whose unpacking takes more memory than their points need, before the mzML library unpacks them: zeros
+/// The document without the arrays that are not read: those of a spectrum but m/z and intensity; those of a
+/// chromatogram but time, what was measured, and the one named after its ramped parameter. They may hold what the mzML
+/// library does not know.
+///
+/// Refuses arrays whose unpacking takes more memory than their points need, before the library unpacks them: zeros
 /// shrink to a thousandth, so that a small file could fill the memory. Each array unpacks to as many values as its
-/// spectrum or chromatogram announces, and all arrays together to what so many points can need.
+/// spectrum or chromatogram announces, and all arrays together to what so many points can need. Refuses compressions
+/// that the library cannot unpack safely.
 /// @param mzml plain markup (PlainMarkup)
 /// @throws std::runtime_error naming the spectrum or chromatogram
-void CheckPackedArrays(std::string_view mzml, std::size_t pointLimit);
+std::string ReadableArrays(const std::string& mzml, std::size_t pointLimit);
 
 }  // namespace orvanel

@@ -84,24 +84,6 @@ void CheckReferences(std::string_view text, std::size_t begin, std::size_t end) 
         if (!IsReference(text.substr(at))) RefuseXml(text, at, "is no character reference");
 }
 
-/// The compressions of the PSI-MS vocabulary that are not read: what unpacks them in the library does not look where
-/// the packed bytes end, or is missing.
-struct Compression {
-    std::uint32_t term;
-    const char* name;
-};
-constexpr Compression unreadCompressions[] = {
-    {1002312, "MS-Numpress linear prediction"},
-    {1002313, "MS-Numpress positive integer"},
-    {1002314, "MS-Numpress short logged float"},
-    {1002746, "MS-Numpress linear prediction and zlib"},
-    {1002747, "MS-Numpress positive integer and zlib"},
-    {1002748, "MS-Numpress short logged float and zlib"},
-    {1003088, "truncation and zlib"},
-    {1003089, "truncation, delta prediction and zlib"},
-    {1003090, "truncation, linear prediction and zlib"},
-};
-
 /// What mzML does not allow in tags, but the library takes.
 class TagRules {
   public:
@@ -142,13 +124,6 @@ void TagRules::CheckTerm(std::string_view accession, std::string_view text, std:
         static_cast<std::size_t>(std::find_if_not(number.begin(), number.end(), support::IsDigit) - number.begin());
     if (!std::all_of(number.begin(), number.end(), isWordPart) || number.starts_with('-') || digits > mostDigits)
         Refuse(text, at, quoted() + ", which names no term");
-    std::uint32_t term = 0;
-    std::from_chars(number.data(), number.data() + digits, term);
-    for (const auto& [unread, name] : unreadCompressions)
-        if (term == unread && accession.starts_with("MS:"))
-            Refuse(text, at,
-                   "says that an array is compressed by " + std::string(name) +
-                       ", which is not read; write the file with zlib compression, or with none");
 }
 
 constexpr std::string_view cdataOpening = "<![CDATA[";

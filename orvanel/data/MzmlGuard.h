@@ -11,9 +11,9 @@ namespace orvanel {
 
 // What the mzML library does not look after itself.
 
-/// Refuses tags and character references that are not well-formed, behind whose end the library would read on; groups
-/// of parameters that refer to groups, which it would follow without end; and compressions that it cannot unpack
-/// safely.
+/// Refuses tags and character references that are not well-formed, behind whose end the library would read on; terms
+/// that are written in ways that do not show which ones they are; and groups of parameters that refer to groups, which
+/// it would follow without end.
 /// @param begin, end the part of the text that is looked at
 /// @throws std::runtime_error naming the line
 void CheckMarkup(std::string_view text, std::size_t begin, std::size_t end);

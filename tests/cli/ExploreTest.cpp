@@ -85,29 +85,80 @@ TEST_F(ExploreTest, TakesFragmentsOfAnMs3RampWhereLittleOfThePrecursorIsLeft) {
     EXPECT_THAT(Explore(path, {"--top", "2", "--cycle", "1"}).out, HasSubstr("too much of the precursor is left"));
 }
 
-/// Two of three lines at m/z 200 are the strongest, with 900, and the third has 500.
+std::string Term(const std::string& number, const std::string& value) {
+    return "<cvParam cvRef=\"MS\" accession=\"MS:" + number + "\" name=\"\" value=\"" + value + "\"/>";
+}
+
+/// @param base64 of four 64-bit numbers
+std::string Array(const std::string& kind, const std::string& base64) {
+    return "<binaryDataArray encodedLength=\"44\">" + Term("1000523", "") + Term("1000576", "") + Term(kind, "") +
+           "<binary>" + base64 + "</binary></binaryDataArray>";
+}
+
+constexpr const char* masses = "AAAAAAAAaUAAAAAAAABpQAAAAAAAAGlAAAAAAADAckA=";       // 200, 200, 200, 300
+constexpr const char* intensities = "AAAAAAAgjEAAAAAAAEB/QAAAAAAAIIxAAAAAAADAgkA=";  // 900, 500, 900, 600
+
+std::string FileWith(int msLevel, const std::string& precursors) {
+    return "<mzML><run id=\"r\"><spectrumList count=\"1\"><spectrum index=\"0\" id=\"scan=1\" "
+           "defaultArrayLength=\"4\">" +
+           Term("1000127", "") + Term("1000511", std::to_string(msLevel)) + precursors +
+           "<binaryDataArrayList count=\"2\">" + Array("1000514", masses) + Array("1000515", intensities) +
+           "</binaryDataArrayList></spectrum></spectrumList></run></mzML>";
+}
+
+/// Two of three lines at m/z 200 are the strongest.
 TEST_F(ExploreTest, ShowsTheLineItPickedWhereSeveralShareAnMz) {
     const std::string path = folder_.File("lines.mzML");
-    const auto term = [](const std::string& number, const std::string& value) {
-        return "<cvParam cvRef=\"MS\" accession=\"MS:" + number + "\" name=\"\" value=\"" + value + "\"/>";
-    };
-    const auto array = [&](const std::string& kind, const std::string& base64) {
-        return "<binaryDataArray encodedLength=\"44\">" + term("1000523", "") + term("1000576", "") + term(kind, "") +
-               "<binary>" + base64 + "</binary></binaryDataArray>";
-    };
-    support::WriteWholeFile(path,
-                            "<mzML><run id=\"r\"><spectrumList count=\"1\"><spectrum index=\"0\" id=\"scan=1\" "
-                            "defaultArrayLength=\"4\">" +
-                                term("1000127", "") + term("1000511", "1") + "<binaryDataArrayList count=\"2\">" +
-                                array("1000514", "AAAAAAAAaUAAAAAAAABpQAAAAAAAAGlAAAAAAADAckA=") +
-                                array("1000515", "AAAAAAAgjEAAAAAAAEB/QAAAAAAAIIxAAAAAAADAgkA=") +
-                                "</binaryDataArrayList></spectrum></spectrumList></run></mzML>");
+    support::WriteWholeFile(path, FileWith(1, ""));
     std::string peaks;
     for (const char* intensity :
          {"200.0000    9.00E+02", "200.0000    9.00E+02", "300.0000    6.00E+02", "200.0000    5.00E+02"})
         peaks +=
             "   " + std::string(intensity) + "    " + std::string(intensity).substr(12) + "       -  monoisotopic\n";
     EXPECT_THAT(Explore(path, {"--top", "4"}).out, testing::EndsWith("charge\n" + peaks));
+}
+
+TEST_F(ExploreTest, LeavesOutAllPrecursorsOfOneIsolation) {
+    const std::string path = folder_.File("several.mzML");
+    std::string precursors;
+    for (const char* const mz : {"300.5", "198", "900"})
+        precursors += "<precursor><isolationWindow>" + Term("1000827", mz) + "</isolationWindow></precursor>";
+    support::WriteWholeFile(path, FileWith(2, "<precursorList count=\"3\">" + precursors + "</precursorList>"));
+    const std::string out = Explore(path, {"--top", "4"}).out;
+    EXPECT_THAT(out, HasSubstr("1 of 1: MS2 of 198+300.5+900, positive, centroid\n"));
+    EXPECT_THAT(out, HasSubstr("Left out:    2.5 Da around 198 and 300.5 and 900\nPeaks:       4, shown 0\n"));
+    EXPECT_THAT(
+        Explore(path, {"--top", "4", "--json"}).out,
+        testing::AllOf(HasSubstr("\"precursors\": [198, 300.5, 900], \"isolations\": [[198, 300.5, 900]], "),
+                       HasSubstr("\"excluded\": {\"mz\": 900, \"toleranceDa\": 2.5, \"others\": [198, 300.5]}, "),
+                       HasSubstr("\"peaks\": []")));
+    EXPECT_THAT(Explore(path, {"--top", "4", "--mz", "900"}).out,
+                HasSubstr("2.5 Da around 900\nPeaks:       4, shown 4\n"));
+}
+
+TEST_F(ExploreTest, ShowsChromatogramsThatAreNotOfMasses) {
+    const std::string path = folder_.File("uv.mzML");
+    const auto chromatogram = [](const std::string& id, const std::string& kind, const std::string& valueArray) {
+        return "<chromatogram index=\"0\" id=\"" + id + "\" defaultArrayLength=\"4\">" + Term(kind, "") +
+               "<binaryDataArrayList count=\"2\">" + Array("1000595", masses) + Array(valueArray, intensities) +
+               "</binaryDataArrayList></chromatogram>";
+    };
+    support::WriteWholeFile(
+        path, "<mzML><run id=\"r\"><chromatogramList count=\"3\">" + chromatogram("UV 254", "1000811", "1000515") +
+                  chromatogram("pump", "1000626", "1000821") + chromatogram("broken", "1000811", "1000517") +
+                  "</chromatogramList></run></mzML>");
+    const std::string kind = "electromagnetic radiation chromatogram";
+    const std::string cells = "          -          -       4        200        300        200    9.00E+02  ";
+    EXPECT_THAT(Explore(path, {}).out,
+                HasSubstr("\nChromatograms: 3\n\n         Q1         Q3  points       from         to       apex   "
+                          "intensity  id (x in minutes)\n" +
+                          cells + "UV 254 (" + kind + ")\n" + cells +
+                          "pump (chromatogram type)\n"
+                          "          -          -       0          -          -          -           -  broken (" +
+                          kind + ")\n"));
+    EXPECT_THAT(Explore(path, {"--list-experiments"}).out, HasSubstr("\nChromatogram: UV 254 (" + kind + ")\n"));
+    EXPECT_THAT(Explore(path, {"--json"}).out,
+                HasSubstr("{\"id\": \"UV 254\", \"kind\": \"" + kind + "\", \"q1\": 0, "));
 }
 
 TEST_F(ExploreTest, ListsTransitionsWithTheirApexAndExperiments) {
@@ -131,6 +182,11 @@ TEST_F(ExploreTest, RefusesWithFileAndReason) {
     const std::string noSpectra = "holds no mass spectra; --experiment, --cycle, --mz and --top ask for some";
     support::WriteWholeFile(text, "hello");
     support::WriteWholeFile(empty, "<mzML><run></run></mzML>");
+    const std::string ultraviolet = folder_.File("uv.mzML");
+    support::WriteWholeFile(ultraviolet,
+                            "<mzML><run><spectrumList count=\"1\"><spectrum index=\"0\" id=\"a\" "
+                            "defaultArrayLength=\"0\">" +
+                                Term("1000804", "") + "</spectrum></spectrumList></run></mzML>");
     struct Case {
         std::string file;
         std::vector<std::string> options;
@@ -138,8 +194,10 @@ TEST_F(ExploreTest, RefusesWithFileAndReason) {
     };
     for (const auto& [file, options, reason] :
          {Case{folder_.File("no"), {}, "does not exist"}, Case{text, {}, "cannot be read: it is not an mzML file"},
-          Case{empty, {}, "holds neither mass spectra nor chromatograms"}, Case{traces, {"--mz", "5"}, noSpectra},
-          Case{traces, {"--top", "5"}, noSpectra}, Case{traces, {"--cycle", "1"}, noSpectra},
+          Case{empty, {}, "holds neither mass spectra nor chromatograms"},
+          Case{ultraviolet, {}, "holds neither mass spectra nor chromatograms, but 1 spectrum of another kind"},
+          Case{traces, {"--mz", "5"}, noSpectra}, Case{traces, {"--top", "5"}, noSpectra},
+          Case{traces, {"--cycle", "1"}, noSpectra},
           Case{path, {"--experiment", "2"}, "cannot be read: it holds 1 experiments; there is no experiment 2"},
           Case{path, {"--cycle", "4"}, "holds cycles 1 to 3 of this experiment; there is no cycle 4"}}) {
         auto withJson = options;
