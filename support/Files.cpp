@@ -47,6 +47,15 @@ void FlushContent(OpenFile& file) {
     }
 }
 
+/// @param path native
+void FlushParent(const std::string& path, const Disk& disk) {
+    try {
+        disk.FlushFolder(FolderOf(path));
+    } catch (const DiskError&) {
+        // The file is in place even where a folder cannot be flushed, so that is no failure.
+    }
+}
+
 /// Skips a whole number. @return nothing when the text does not begin with one
 std::optional<std::uint64_t> TakeNumber(std::string_view& text) {
     std::uint64_t number = 0;
@@ -194,7 +203,7 @@ void WholeFileWriter::Commit() {
         Fail("Cannot write", path_, error.what());
     }
     temporaryPath_.clear();
-    if (durability_ == Durability::PowerCut) FlushFolderOf(target_, disk_);
+    if (durability_ == Durability::PowerCut) FlushParent(target_, disk_);
 }
 
 void RemoveLeftoversIn(const std::string& folder, int levels, const Disk& disk) noexcept {
@@ -215,7 +224,7 @@ void AppendToFile(const std::string& path, std::string_view text, const Disk& di
             throw;
         }
         if (durability == Durability::PowerCut) FlushContent(*file);
-        if (before == 0) FlushFolderOf(native, disk);
+        if (before == 0) FlushParent(native, disk);
     } catch (const DiskError& error) {
         Fail("Cannot append to", path, error.what());
     }
@@ -231,9 +240,9 @@ void FlushFile(const std::string& path, const Disk& disk) noexcept {
 
 void FlushFolderOf(const std::string& path, const Disk& disk) noexcept {
     try {
-        disk.FlushFolder(FolderOf(NativePath(path)));
+        FlushParent(disk.RealPath(NativePath(path)), disk);
     } catch (const std::exception&) {
-        // The file is in place even where a folder cannot be flushed.
+        // The file is in place.
     }
 }
 
@@ -244,7 +253,7 @@ void MakeNewFolder(const std::string& path, const Disk& disk) {
     } catch (const DiskError& error) {
         Fail("Cannot create folder", path, error.what());
     }
-    FlushFolderOf(native, disk);
+    FlushParent(native, disk);
 }
 
 void CreateFolders(const std::string& path, const Disk& disk) {
@@ -261,7 +270,7 @@ void CreateFolders(const std::string& path, const Disk& disk) {
         Fail("Cannot create folder", path,
              FileExists(native, disk) ? "a file of that name is in the way" : error.what());
     }
-    FlushFolderOf(native, disk);
+    FlushParent(native, disk);
 }
 
 std::shared_ptr<void> HoldFile(const std::string& path, const std::string& owner) {

@@ -85,7 +85,8 @@ void AppendToFile(const std::string& path, std::string_view text, const Disk& di
 
 /// Flushes the content of a file that was written without it. Failures are ignored.
 void FlushFile(const std::string& path, const Disk& disk = SystemDisk()) noexcept;
-/// Flushes the names in the file's folder. Failures are ignored: not every disk can do it.
+/// Flushes the names in the file's folder, the one that its links lead to. Failures are ignored: not every disk can do
+/// it.
 void FlushFolderOf(const std::string& path, const Disk& disk = SystemDisk()) noexcept;
 
 /// One folder in one that exists. @throws FileError, also when it is there already

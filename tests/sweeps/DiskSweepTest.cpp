@@ -43,7 +43,9 @@ struct Place {
 class PowerCut {
   public:
     void After(const DiskOperation& operation) {
-        const std::string& path = operation.path;
+        // Links may lead to the temporary folder, so that it has two paths.
+        const std::string path =
+            operation.path.substr(std::min(operation.path.find("veltra-test-"), operation.path.size()));
         const std::string file = path.substr(0, path.find(".tmp-"));
         const std::string folder = support::FolderOf(path);
         switch (operation.call) {
