@@ -5,6 +5,7 @@
 
 #include "host/HostWrapper.h"
 #include "host/clsTolmBatch.h"
+#include "support/Files.h"
 #include "support/Text.h"
 #include "support/modGlobals.h"
 
@@ -31,6 +32,10 @@ void RunState::AppendToLogFile(const std::string& text) const {
         return;
     }
     unwritten += text + support::crLf;
+}
+
+void RunState::FlushLogFile() const {
+    if (results && !results->LogFilePath.empty()) support::FlushFile(results->LogFilePath, disk);
 }
 
 void RunState::WriteLogLine(const std::string& strText) const {

@@ -59,8 +59,11 @@ class RunState {
     bool AbortRequested = false;
 
     /// Appends the text as a line to the run's log file, once it has one. What the disk does not take is tried again,
-    /// at once and with the next line, so that a fault that passes costs no line.
+    /// at once and with the next line, so that a fault that passes costs no line. The line outlasts the process, but a
+    /// power cut only once the log file is flushed.
     void AppendToLogFile(const std::string& text) const;
+    /// Flushes the run's log file, once it has one: with the findings of each acquisition, and at the run's end.
+    void FlushLogFile() const;
 
     /// Writes the text with date and time to the run's log file, once it has one, and with the time to the display's
     /// log.

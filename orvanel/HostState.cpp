@@ -54,7 +54,8 @@ HostState::HostState(OrvanelConfig config, HostClock& clock, const support::Disk
     : config_(std::move(config)),
       clock_(clock),
       disk_(disk),
-      registry_(BesideIni(config_, "Orvanel.registry.ini"), disk) {
+      documentDisk_(disk),
+      registry_(BesideIni(config_, "Orvanel.registry.ini"), documentDisk_) {
     if (!config_.running) return;
     LoadInstrument();
     try {
@@ -64,14 +65,34 @@ HostState::HostState(OrvanelConfig config, HostClock& clock, const support::Disk
         throw ports::HostError(errorNumber::filesInUse, error.what());
     }
     queue_ = std::make_unique<QueueEngine>(
-        clock_,
-        QueueEngine::Actions{[this](const QueuedSample& sample) { AcquireAndWrite(sample); },
-                             [this](QueueStatus status) {
-                                 registry_.Write(registryPath::queueStatus, std::to_string(static_cast<int>(status)));
-                             },
-                             [this](const QueuedSample& sample, QueueStatus outcome, const std::string& failure) {
-                                 EndSample(sample, outcome, failure);
-                             }});
+        clock_, QueueEngine::Actions{[this](const QueuedSample& sample) { AcquireAndWrite(sample); },
+                                     [this](QueueStatus status) { PublishStatus(status); },
+                                     [this](const QueuedSample& sample, QueueStatus outcome,
+                                            const std::string& failure) { EndSample(sample, outcome, failure); }});
+}
+
+HostState::~HostState() {
+    if (!queue_) return;
+    queue_.reset();  // it may publish that it has stopped
+    FlushSaved();
+}
+
+void HostState::FlushSaved() noexcept {
+    if (std::exchange(hasUnflushedFiles_, false)) {
+        support::FlushFile(LogPath(), disk_);
+        registry_.Flush();
+    }
+    documentDisk_.FlushDeferred();
+}
+
+std::string HostState::LogPath() const {
+    return BesideIni(config_, "Orvanel.log");
+}
+
+/// It tells those who look on now, and is published anew at the next start, so that no power cut need spare it.
+void HostState::PublishStatus(QueueStatus status) {
+    registry_.Write(registryPath::queueStatus, std::to_string(static_cast<int>(status)), support::Durability::Process);
+    hasUnflushedFiles_ = true;
 }
 
 const std::map<std::int32_t, InstrumentModel>& HostState::Models() {
@@ -156,6 +177,7 @@ void HostState::EndSample(const QueuedSample& sample, QueueStatus outcome, const
     else
         failedDataFiles_.erase(sample.dataFilePath);
     LogSample(sample, outcome, failure);
+    hasUnflushedFiles_ = true;
 }
 
 void HostState::RequireAcquired(const std::string& dataFilePath) const {
@@ -170,13 +192,13 @@ void HostState::LogSample(const QueuedSample& sample, QueueStatus outcome, const
                              : outcome == QueueStatus::Failed ? "failed: " + failure
                                                               : "stopped";
     try {
-        const std::string path = BesideIni(config_, "Orvanel.log");
+        const std::string path = LogPath();
         const std::string heading =
             support::FileExists(path, disk_) ? "" : std::string("Samples of a ") + simulatedMark + support::crLf;
         support::AppendToFile(path,
                               heading + clock_.Now().generalDate + "\t" + sample.methodPath + "\t" +
                                   sample.dataFilePath + "\t" + text + support::crLf,
-                              disk_);
+                              disk_, support::Durability::Process);
     } catch (const support::FileError&) {
         // A log that cannot be written must not fail the acquisition, whose data are there.
     }

@@ -16,7 +16,7 @@
 #include "orvanel/queue/QueueEngine.h"
 #include "orvanel/registry/RegistryFile.h"
 #include "ports/ElementTable.h"
-#include "support/Disk.h"
+#include "support/FolderDeferringDisk.h"
 
 namespace orvanel {
 
@@ -26,12 +26,14 @@ class HostState {
     /// Loads model, compounds and element table when the host runs, and keeps other hosts off its files.
     /// @throws ports::HostError
     HostState(OrvanelConfig config, HostClock& clock, const support::Disk& disk);
+    ~HostState();
     HostState(const HostState&) = delete;
     HostState& operator=(const HostState&) = delete;
 
     const OrvanelConfig& Config() const { return config_; }
     HostClock& Clock() const { return clock_; }
-    const support::Disk& Disk() const { return disk_; }
+    /// For documents: their content is flushed when they are saved, their folders by FlushSaved.
+    const support::Disk& Disk() const { return documentDisk_; }
     const RegistryFile& Registry() const { return registry_; }
     const std::vector<SprayedCompound>& Sample() const { return sample_; }
 
@@ -51,9 +53,14 @@ class HostState {
     void RequireAcquired(const std::string& dataFilePath) const;
     /// Keeps the project as the one used last; failures are ignored.
     void RememberProject(const std::string& projectPath, const std::string& projectName) const;
+    /// Lets everything that was saved, logged and published so far outlast a power cut. To be called when a session is
+    /// logged off; data files do so as soon as their sample is finished.
+    void FlushSaved() noexcept;
 
   private:
+    std::string LogPath() const;
     void LoadInstrument();
+    void PublishStatus(QueueStatus status);
     void AcquireAndWrite(const QueuedSample& sample) const;
     void EndSample(const QueuedSample& sample, QueueStatus outcome, const std::string& failure);
     void LogSample(const QueuedSample& sample, QueueStatus outcome, const std::string& failure) const;
@@ -61,7 +68,9 @@ class HostState {
     OrvanelConfig config_;
     HostClock& clock_;
     const support::Disk& disk_;
+    support::FolderDeferringDisk documentDisk_;
     RegistryFile registry_;
+    bool hasUnflushedFiles_ = false;                      ///< of registry file and log
     std::shared_ptr<void> soleUse_;                       ///< of Orvanel.ini and the files beside it, while running
     std::map<std::string, std::string> failedDataFiles_;  ///< by full path: why the last acquisition failed
     std::map<std::int32_t, InstrumentModel> models_;

@@ -68,7 +68,8 @@ class OrvanelHost : public ports::Host {
                 [state = state_](QueuedSample sample) { state->Queue().Submit(std::move(sample)); },
                 [state = state_](const std::string& path, const std::string& name) {
                     state->RememberProject(path, name);
-                }},
+                },
+                [state = state_] { state->FlushSaved(); }},
             state_->Disk());
     }
 

@@ -51,6 +51,7 @@ void RunOneMS3(StageFrame& frame, clsItem_TopPeak& record) {
     clsScan5_MS3 scan(run);
     scan.Scan(frame.Parent().CentroidMass, record, ramp.id, ramp.start, ramp.stop, ramp.step, frame.filePaths);
     LogMS3Outcome(frame, record);
+    frame.EndAcquisition();
 
     run.scans->MS3_FilePathsAddOne(frame.filePaths);
     run.display.UpdateResultsGraphControl(enumVeltraScanType::MS3, run.scans->Scan5_MS3_GetFilePathsCount());
@@ -79,6 +80,7 @@ void RunEPIStage(StageFrame& frame) {
             frame.Log(StageFrame::PeakText(*record->SecondPrecursor));
         UpdateMS3Label(run, 0);
     }
+    frame.EndAcquisition();
 
     frame.MarkDone(enumVeltraScanType::EPI);
     run.scans->EPI_FilePaths(frame.filePaths);
@@ -98,6 +100,7 @@ void RunMRMStage(StageFrame& frame) {
     for (const auto& record : run.results->TopPeaksInfo)
         frame.Log((record->CEWasOptimized ? GeneralText(record->OptimizedCE) : "N/A") + " (" +
                   StageFrame::PeakText(*record->SecondPrecursor) + ")");
+    frame.EndAcquisition();
 
     frame.MarkDone(enumVeltraScanType::MRM);
     run.scans->MRM_FilePaths(frame.filePaths);

@@ -36,6 +36,7 @@ void RunSubScan(StageFrame& frame, const SubScan& subScan) {
     auto& record = (*run.results).*subScan.record;
     if (!frame.Aborted()) record.Current = static_cast<float>(optimum);
     frame.Log(subScan.resultPrefix + (frame.Aborted() ? "N/A" : support::GeneralText(record.Current)));
+    frame.EndAcquisition();
 
     frame.MarkDone(subScan.stage);
     ((*run.scans).*subScan.storeFilePaths)(frame.filePaths);
@@ -69,6 +70,7 @@ void RunERStage(StageFrame& frame) {
     run.results->ActualPeak = scan.Scan(expectedMz, frame.filePaths);
     frame.Log("Actual parent m/z:");
     frame.Log(run.results->ActualPeak ? StageFrame::PeakText(*run.results->ActualPeak) : "N/A");
+    frame.EndAcquisition();
 
     frame.MarkDone(enumVeltraScanType::ER);
     run.scans->ER_FilePaths(frame.filePaths);

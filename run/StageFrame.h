@@ -24,6 +24,8 @@ class StageFrame {
     clsItem_Peak Parent() const;
     bool Aborted() const { return runState.AbortRequested; }
     void Log(const std::string& text) const { runState.WriteLogLine(text); }
+    /// Once the findings of an acquisition are logged: from now on they outlast a power cut.
+    void EndAcquisition() const { runState.FlushLogFile(); }
 
     /// Starts the record for the run's first acquisition, built from the starter method.
     void NameFirstAcquisition(const std::string& infix, double mz);

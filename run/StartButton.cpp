@@ -50,6 +50,7 @@ StartButton::Outcome StartButton::Click() {
     } catch (const ports::RunTornDown&) {
         // The batch service is logged off with its object.
         runState_.batch.reset();
+        runState_.FlushLogFile();
         runState_.projectInUse.reset();
         main_.reset();
         return Outcome::TornDown;

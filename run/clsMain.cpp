@@ -53,6 +53,7 @@ void clsMain::Finish() {
     if (runState_.batch->ErrorOccurred()) runState_.ReportError(*runState_.batch, ports::MessageIcon::Warning);
     if (!runState_.results->UnwrittenLogLines.empty())
         runState_.results->UnwrittenFiles.push_back("The last lines are missing in " + runState_.results->LogFilePath);
+    runState_.FlushLogFile();
 }
 
 void clsMain::EndNow() {

@@ -21,7 +21,7 @@ constexpr std::string_view foreignToNames = "<>:\"|?*\\/";
 std::string DeviceOf(std::string_view name) {
     static constexpr std::array<std::string_view, 6> devices = {"CON", "PRN", "AUX", "NUL", "CONIN$", "CONOUT$"};
     static constexpr std::array<std::string_view, 3> superscripts = {"\xC2\xB9", "\xC2\xB2", "\xC2\xB3"};
-    const std::string stem = ToUpper(Trim(name.substr(0, name.find('.'))));
+    std::string stem = ToUpper(Trim(name.substr(0, name.find('.'))));
     if (std::find(devices.begin(), devices.end(), stem) != devices.end()) return stem;
     if (!stem.starts_with("COM") && !stem.starts_with("LPT")) return {};
     const std::string_view number = std::string_view(stem).substr(3);

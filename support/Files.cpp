@@ -39,17 +39,16 @@ void CutBack(OpenFile& file, std::uint64_t size) noexcept {
     }
 }
 
-bool IsFlushed(OpenFile& file) {
+void FlushContent(OpenFile& file) {
     try {
         file.Flush();
-        file.Close();
-        return true;
     } catch (const DiskError&) {
-        return false;
+        // What was written is in the file, also where the disk cannot flush it.
     }
 }
 
-void FlushFolderOf(const std::string& path, const Disk& disk) {
+/// @param path native
+void FlushParent(const std::string& path, const Disk& disk) {
     try {
         disk.FlushFolder(FolderOf(path));
     } catch (const DiskError&) {
@@ -159,18 +158,19 @@ std::string ReadWholeFile(const std::string& path, std::uint64_t sizeLimit, cons
     }
 }
 
-void WriteWholeFile(const std::string& path, std::string_view content, const Disk& disk) {
-    WholeFileWriter(path, content, disk).Commit();
+void WriteWholeFile(const std::string& path, std::string_view content, const Disk& disk, Durability durability) {
+    WholeFileWriter(path, content, disk, durability).Commit();
 }
 
-WholeFileWriter::WholeFileWriter(const std::string& path, std::string_view content, const Disk& disk)
-    : disk_(disk), path_(path) {
+WholeFileWriter::WholeFileWriter(const std::string& path, std::string_view content, const Disk& disk,
+                                 Durability durability)
+    : disk_(disk), durability_(durability), path_(path) {
     try {
         target_ = disk.RealPath(NativePath(path));
         RemoveLeftovers(FolderOf(target_), FileNameOf(target_), 0, Leftovers::OfDeadProcesses, disk);
         const auto file = CreateTemporary();
         WriteAll(*file, content, content.size());
-        file->Flush();
+        if (durability == Durability::PowerCut) file->Flush();
         file->Close();
     } catch (const DiskError& error) {
         RemoveFileIfThere(temporaryPath_, disk);
@@ -203,14 +203,14 @@ void WholeFileWriter::Commit() {
         Fail("Cannot write", path_, error.what());
     }
     temporaryPath_.clear();
-    FlushFolderOf(target_, disk_);
+    if (durability_ == Durability::PowerCut) FlushParent(target_, disk_);
 }
 
 void RemoveLeftoversIn(const std::string& folder, int levels, const Disk& disk) noexcept {
     RemoveLeftovers(folder, "", levels, Leftovers::AlsoOwn, disk);
 }
 
-bool AppendToFile(const std::string& path, std::string_view text, const Disk& disk) {
+void AppendToFile(const std::string& path, std::string_view text, const Disk& disk, Durability durability) {
     const std::string native = NativePath(path);
     try {
         const auto file = disk.Open(native, Disk::OpenFor::Appending);
@@ -223,10 +223,26 @@ bool AppendToFile(const std::string& path, std::string_view text, const Disk& di
             CutBack(*file, before);
             throw;
         }
-        if (before == 0) FlushFolderOf(native, disk);
-        return IsFlushed(*file);
+        if (durability == Durability::PowerCut) FlushContent(*file);
+        if (before == 0) FlushParent(native, disk);
     } catch (const DiskError& error) {
         Fail("Cannot append to", path, error.what());
+    }
+}
+
+void FlushFile(const std::string& path, const Disk& disk) noexcept {
+    try {
+        if (FileExists(path, disk)) FlushContent(*disk.Open(NativePath(path), Disk::OpenFor::Appending));
+    } catch (const std::exception&) {
+        // The file is as it was.
+    }
+}
+
+void FlushFolderOf(const std::string& path, const Disk& disk) noexcept {
+    try {
+        FlushParent(disk.RealPath(NativePath(path)), disk);
+    } catch (const std::exception&) {
+        // The file is in place.
     }
 }
 
@@ -237,7 +253,7 @@ void MakeNewFolder(const std::string& path, const Disk& disk) {
     } catch (const DiskError& error) {
         Fail("Cannot create folder", path, error.what());
     }
-    FlushFolderOf(native, disk);
+    FlushParent(native, disk);
 }
 
 void CreateFolders(const std::string& path, const Disk& disk) {
@@ -254,7 +270,7 @@ void CreateFolders(const std::string& path, const Disk& disk) {
         Fail("Cannot create folder", path,
              FileExists(native, disk) ? "a file of that name is in the way" : error.what());
     }
-    FlushFolderOf(native, disk);
+    FlushParent(native, disk);
 }
 
 std::shared_ptr<void> HoldFile(const std::string& path, const std::string& owner) {

@@ -28,13 +28,20 @@ inline constexpr std::uint64_t anySize = std::uint64_t{1} << 30;
 /// @throws FileError
 std::string ReadWholeFile(const std::string& path, std::uint64_t sizeLimit = anySize, const Disk& disk = SystemDisk());
 
+/// What the content of a file outlasts once it is written. The death of the process it always does.
+enum class Durability {
+    Process,   ///< not flushed: a power cut may leave what was there before, a part, an empty file or none
+    PowerCut,  ///< flushed to the medium
+};
+
 /// Replaces the file as a whole: written to a new temporary file in the same folder ("NAME.tmp-PROCESS", with "-2" and
 /// so on behind it where that name is taken), checked, flushed to disk, renamed. The file keeps its rights and, as far
 /// as the system lets it, its owner; a link stays one, and what it leads to is replaced. On failure the old file stays
 /// as it was and no temporary file is left, if the disk lets it be removed. Those that processes which have died left
 /// of this file are removed.
 /// @throws FileError
-void WriteWholeFile(const std::string& path, std::string_view content, const Disk& disk = SystemDisk());
+void WriteWholeFile(const std::string& path, std::string_view content, const Disk& disk = SystemDisk(),
+                    Durability durability = Durability::PowerCut);
 
 /// A whole file that is looked at, or changed by another library, before it is put in place in the same way. Without
 /// Commit the temporary file is removed.
@@ -43,7 +50,8 @@ class WholeFileWriter {
     /// Writes the temporary file.
     /// @param disk must outlive the writer
     /// @throws FileError
-    WholeFileWriter(const std::string& path, std::string_view content, const Disk& disk = SystemDisk());
+    WholeFileWriter(const std::string& path, std::string_view content, const Disk& disk = SystemDisk(),
+                    Durability durability = Durability::PowerCut);
     ~WholeFileWriter();
     WholeFileWriter(const WholeFileWriter&) = delete;
     WholeFileWriter& operator=(const WholeFileWriter&) = delete;
@@ -56,6 +64,7 @@ class WholeFileWriter {
     std::unique_ptr<OpenFile> CreateTemporary();
 
     const Disk& disk_;
+    Durability durability_;
     std::string path_;           ///< as it was given
     std::string target_;         ///< where its links lead
     std::string temporaryPath_;  ///< empty while there is none
@@ -66,12 +75,19 @@ class WholeFileWriter {
 /// @param levels how many folders deep, 0 for the folder alone
 void RemoveLeftoversIn(const std::string& folder, int levels, const Disk& disk = SystemDisk()) noexcept;
 
-/// Appends lines and flushes. A line that was cut off there before, as by the death of its writer, is ended first. When
-/// only a part can be written the file is cut back to what it was.
+/// Appends lines. A line that was cut off there before, as by the death of its writer, is ended first. When only a part
+/// can be written the file is cut back to what it was. The name of a new file is flushed in any case, so that flushing
+/// its content later is enough.
 /// @param text whole lines
-/// @return whether the disk has confirmed that they will outlast a power cut; they are in the file anyway
-/// @throws FileError when they are not
-bool AppendToFile(const std::string& path, std::string_view text, const Disk& disk = SystemDisk());
+/// @throws FileError when they are not in the file; that they are, but could not be flushed, is ignored
+void AppendToFile(const std::string& path, std::string_view text, const Disk& disk = SystemDisk(),
+                  Durability durability = Durability::PowerCut);
+
+/// Flushes the content of a file that was written without it. Failures are ignored.
+void FlushFile(const std::string& path, const Disk& disk = SystemDisk()) noexcept;
+/// Flushes the names in the file's folder, the one that its links lead to. Failures are ignored: not every disk can do
+/// it.
+void FlushFolderOf(const std::string& path, const Disk& disk = SystemDisk()) noexcept;
 
 /// One folder in one that exists. @throws FileError, also when it is there already
 void MakeNewFolder(const std::string& path, const Disk& disk = SystemDisk());

@@ -8,6 +8,7 @@
 #include <locale.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <array>
 #include <cerrno>
 #include <ctime>
@@ -44,7 +45,7 @@ bool IsAscii(const std::string& text) {
 std::string Utf8From(std::string text, const std::string& codeset) {
     if (codeset == "UTF-8" || IsAscii(text)) return text;
     const iconv_t opened = ::iconv_open("UTF-8", codeset.c_str());
-    if (opened == reinterpret_cast<iconv_t>(-1)) {
+    if (reinterpret_cast<std::intptr_t>(opened) == -1) {
         std::replace_if(
             text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) >= 0x80; }, '?');
         return text;

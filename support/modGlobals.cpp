@@ -30,7 +30,7 @@ std::int32_t CharacterCount(const std::string& text) {
 bool AppendLineToFile(const std::string& strFilePath, const std::string& strText, const Disk& disk) {
     if (Trim(strFilePath).empty()) return true;
     try {
-        AppendToFile(strFilePath, strText + crLf, disk);
+        AppendToFile(strFilePath, strText + crLf, disk, Durability::Process);
         return true;
     } catch (const std::exception&) {
         return false;  // a log that cannot be written must not stop a run

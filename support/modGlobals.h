@@ -10,7 +10,8 @@
 
 namespace support {
 
-/// Appends the text and CR LF; nothing when the path is blank. Failures are dropped silently.
+/// Appends the text and CR LF; nothing when the path is blank. Failures are dropped silently. The line outlasts the
+/// process; FlushFile makes the lines so far outlast a power cut.
 /// @return whether the file has it, or the path is blank
 bool AppendLineToFile(const std::string& strFilePath, const std::string& strText, const Disk& disk = SystemDisk());
 

@@ -6,7 +6,6 @@
 #include <chrono>
 #include <exception>
 
-#include "support/Files.h"
 #include "support/IniDocument.h"
 #include "support/Platform.h"
 
@@ -38,7 +37,8 @@ std::optional<std::string> RegistryFile::Read(std::string_view valuePath) const 
     }
 }
 
-bool RegistryFile::Write(std::string_view valuePath, const std::string& value) const noexcept {
+bool RegistryFile::Write(std::string_view valuePath, const std::string& value,
+                         support::Durability durability) const noexcept {
     // The queue writes here while it acquires.
     constexpr std::chrono::milliseconds patience{200};
     try {
@@ -47,7 +47,7 @@ bool RegistryFile::Write(std::string_view valuePath, const std::string& value) c
         const auto lock = support::LockForSaving(path_, patience);
         const std::string text = support::ReadIniText(path_, disk_).value_or("");
         const std::string changed = support::WithIniValue(text, split->key, split->name, value);
-        if (changed != text) support::WriteWholeFile(path_, changed, disk_);
+        if (changed != text) support::WriteWholeFile(path_, changed, disk_, durability);
         return true;
     } catch (const std::exception&) {
         return false;

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "support/Disk.h"
+#include "support/Files.h"
 
 namespace orvanel {
 
@@ -33,8 +34,15 @@ class RegistryFile {
 
     /// @return nothing when there is no such value, or no readable file
     std::optional<std::string> Read(std::string_view valuePath) const;
+    /// @param durability what the file outlasts afterwards, with all its values
     /// @return whether it was written
-    bool Write(std::string_view valuePath, const std::string& value) const noexcept;
+    bool Write(std::string_view valuePath, const std::string& value,
+               support::Durability durability = support::Durability::PowerCut) const noexcept;
+    /// Lets the values that were written so far outlast a power cut.
+    void Flush() const noexcept {
+        support::FlushFile(path_, disk_);
+        support::FlushFolderOf(path_, disk_);
+    }
 
   private:
     std::string path_;

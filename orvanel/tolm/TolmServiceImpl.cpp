@@ -64,6 +64,7 @@ void TolmServiceImpl::TolmSelectProject(const std::string& session, const std::s
 void TolmServiceImpl::TolmLogoff(const std::string& session) {
     FindSession(session);
     sessions_.erase(session);
+    actions_.loggedOff();
 }
 
 std::unique_ptr<ports::TolmBatch> TolmServiceImpl::TolmNewBatch(const std::string& session) {

@@ -24,6 +24,7 @@ class TolmServiceImpl : public ports::TolmService {
         std::function<QueuedSample(const std::string& methodPath)> prepareSample;
         std::function<void(QueuedSample)> enqueue;
         std::function<void(const std::string& projectPath, const std::string& projectName)> projectSelected;
+        std::function<void()> loggedOff = [] {};
     };
 
     /// @param disk must outlive the service

@@ -8,8 +8,10 @@
 #include <filesystem>
 #include <stdexcept>
 
+#include "support/FolderDeferringDisk.h"
 #include "support/Paths.h"
 #include "support/Platform.h"
+#include "tests/support_files/FaultyDisk.h"
 #include "tests/support_files/TempFolder.h"
 
 namespace {
@@ -89,6 +91,46 @@ TEST_F(Files, AppendsToAnOldOrNewFile) {
     EXPECT_EQ(ReadWholeFile(folder.File("log")), "one\r\ntwo");
     AppendToFile(folder.File("log"), "the line before was cut off\r\n");
     EXPECT_EQ(ReadWholeFile(folder.File("log")), "one\r\ntwo\r\nthe line before was cut off\r\n");
+}
+
+TEST_F(Files, FlushesWhatIsToOutlastAPowerCut) {
+    const FaultyDisk disk;
+    const std::string path = folder.File("a");
+    const std::string folderEnd = FileNameOf(folder.Path()) + PathSeparator();
+    std::size_t seen = 0;
+    const auto flushed = [&] {
+        std::string calls;
+        for (; seen < disk.Operations().size(); ++seen) {
+            const auto& [call, where] = disk.Operations()[seen];
+            if (call == DiskCall::Flush) calls += FileNameOf(where).starts_with("a") ? " content" : where;
+            if (call == DiskCall::FlushFolder) calls += where.ends_with(folderEnd) ? " name" : where;
+            if (call == DiskCall::Rename) calls += " renamed";
+        }
+        return calls;
+    };
+    WriteWholeFile(path, "1", disk);
+    EXPECT_EQ(flushed(), " content renamed name");
+    WriteWholeFile(path, "2", disk, Durability::Process);
+    EXPECT_EQ(flushed(), " renamed");
+    AppendToFile(path, "3\r\n", disk);
+    EXPECT_EQ(flushed(), " content");
+    AppendToFile(path, "4\r\n", disk, Durability::Process);
+    EXPECT_EQ(flushed(), "");
+    FlushFile(path, disk);
+    EXPECT_EQ(flushed(), " content");
+    AppendToFile(folder.File("a2"), "new\r\n", disk, Durability::Process);
+    EXPECT_EQ(flushed(), " name");
+    FlushFile(folder.File("a3"), disk);
+    EXPECT_EQ(flushed(), "") << "what is not there is not made";
+
+    const FolderDeferringDisk deferring(disk);
+    WriteWholeFile(path, "5", deferring);
+    WriteWholeFile(folder.File("a4"), "6", deferring);
+    EXPECT_EQ(flushed(), " content renamed content renamed");
+    deferring.FlushDeferred();
+    deferring.FlushDeferred();
+    EXPECT_EQ(flushed(), " name");
+    EXPECT_EQ(FilesIn(folder.Path()), (std::vector<std::string>{"a", "a2", "a4"}));
 }
 
 TEST_F(Files, WhatDeadWritersLeftIsRemoved) {

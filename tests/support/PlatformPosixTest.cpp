@@ -18,6 +18,7 @@
 #include "support/Files.h"
 #include "support/Platform.h"
 #include "support/PlatformPosixText.h"
+#include "tests/support_files/FaultyDisk.h"
 #include "tests/support_files/TempFolder.h"
 
 namespace {
@@ -99,6 +100,13 @@ TEST(PlatformPosix, AReplacedFileKeepsItsRightsAndTheLinkToIt) {
     }
     EXPECT_EQ(ReadWholeFile(path), "new");
     EXPECT_EQ(FilesIn(folder.Path()), (std::vector<std::string>{"a.xmt", "link.xmt", "middle.xmt"}));
+
+    fs::create_directory(folder.File("b"));
+    fs::create_symlink("../a.xmt", folder.File("b/far.xmt"));
+    const FaultyDisk disk;
+    FlushFolderOf(folder.File("b/far.xmt"), disk);
+    const std::string& flushed = disk.Operations().back().path;
+    EXPECT_TRUE(fs::equivalent(flushed, folder.Path())) << flushed << ": the name that has changed is elsewhere";
 }
 
 TEST(PlatformPosix, LockAndTemporaryFilesTouchNothingThatExists) {
