@@ -8,9 +8,9 @@
 #include <locale.h>
 
 #include <algorithm>
-#include <cstdint>
 #include <array>
 #include <cerrno>
+#include <cstdint>
 #include <ctime>
 #include <memory>
 #include <string>
