@@ -25,7 +25,7 @@ constexpr const char* opener = "xdg-open";
 std::string FindOpener() {
     const char* path = std::getenv("PATH");
     for (const auto& folder : Split(path == nullptr ? "" : path, ':')) {
-        const std::string candidate = JoinPath(folder.empty() ? "." : folder, opener);
+        std::string candidate = JoinPath(folder.empty() ? "." : folder, opener);
         if (::access(candidate.c_str(), X_OK) == 0) return candidate;
     }
     return {};

@@ -53,7 +53,7 @@ std::string OutputFolderPath(const std::string& strPath, const std::string& strG
 }
 
 std::string MakeOutputFolder(const std::string& strPath, const std::string& strGeneralDate, const Disk& disk) {
-    const std::string folder = OutputFolderPath(strPath, strGeneralDate);
+    std::string folder = OutputFolderPath(strPath, strGeneralDate);
     try {
         MakeNewFolder(folder.substr(0, folder.size() - 1), disk);
         return folder;

@@ -9,7 +9,7 @@
 #include "tests/support_files/TempFolder.h"
 
 /// Window tests need an application, but no screen unless one is asked for.
-int main(int argc, char** argv) {
+int main(int argc, char** argv) {  // NOLINT(bugprone-exception-escape): ends the tests, as it should
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication application(argc, argv);
     const TempFolder userConfiguration;

@@ -36,7 +36,7 @@ void SetPeaks(orvanel::CycleRecord& cycle, const std::vector<std::pair<double, d
 class ExploreTest : public testing::Test {
   protected:
     std::string Write(const orvanel::AcquiredData& data) {
-        const std::string path = folder_.File("\xC3\x84ther.vesk");
+        std::string path = folder_.File("\xC3\x84ther.vesk");
         orvanel::WriteDataFile(path, data);
         return path;
     }

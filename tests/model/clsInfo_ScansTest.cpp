@@ -50,6 +50,7 @@ class Scans : public testing::Test {
     template <class Kind>
     static std::vector<std::shared_ptr<Kind>> Make(int count, double firstX) {
         std::vector<std::shared_ptr<Kind>> made;
+        made.reserve(static_cast<std::size_t>(count));
         for (int i = 0; i < count; ++i)
             made.push_back(std::make_shared<Kind>(AxisRange{firstX + i, 500}, AxisRange{i - 1.0, 100.0 + i}));
         return made;

@@ -55,7 +55,8 @@ class OrdinaryUser {
 
 /// A desktop whose opener is this very program (see main), or that has none.
 bool OpensWith(const TempFolder& folder, const char* document) {
-    const std::string path = std::getenv("PATH");
+    const char* const before = std::getenv("PATH");
+    const std::string path = before == nullptr ? "" : before;
     ::setenv("PATH", ("/nowhere:" + folder.Path()).c_str(), 1);
     const bool opened = OpenWithDesktop(folder.File(document));
     ::setenv("PATH", path.c_str(), 1);
@@ -161,7 +162,7 @@ TEST(PlatformPosix, AFileIsHeldUntilItsHolderDies) {
     ASSERT_EQ(::pipe(ends.data()), 0);
     const pid_t child = ::fork();
     if (child == 0) {
-        const auto held = HoldFile(path, "Veltra");
+        [[maybe_unused]] const auto held = HoldFile(path, "Veltra");  // until the process ends
         if (::write(ends[1], "x", 1) == 1) ::pause();
         std::_Exit(1);
     }

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 
 namespace {
 
@@ -52,7 +53,7 @@ TEST(modSorts, SortsAscendingWithTiesByTheOtherPropertyDescending) {
 TEST(modSorts, SortedInputIsNotSlowAndEqualRecordsKeepTheirOrder) {
     Peaks peaks;
     for (int i = 0; i < 200'000; ++i)
-        peaks.push_back(std::make_shared<Peak>(Peak{i / 2 + 0.0, i / 2 + 0.0, i % 2 == 0 ? 'a' : 'b'}));
+        peaks.push_back(std::make_shared<Peak>(Peak{std::floor(i / 2.0), std::floor(i / 2.0), i % 2 == 0 ? 'a' : 'b'}));
     const Peaks sorted = peaks;
     support::QuickSortPeaks<Peak>(1, 200'000, "CentroidMass", peaks);
     EXPECT_TRUE(peaks == sorted);

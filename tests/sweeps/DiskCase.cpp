@@ -222,10 +222,10 @@ std::vector<DiskCase> Undisturbed::Cases() const {
     return cases;
 }
 
-void ExpectOrdinaryRun(const Undisturbed& undisturbed, std::shared_ptr<const NewProject> project) {
+void ExpectOrdinaryRun(const Undisturbed& undisturbed, const std::shared_ptr<const NewProject>& project) {
     // A run has a folder of its own. Without the one before, it has the same name and can be compared.
     std::filesystem::remove_all(std::filesystem::path(project->folder.File(logPath)).parent_path());
-    const auto soleUse = support::HoldFile(project->folder.File("Veltra.ini"), "Veltra");
+    [[maybe_unused]] const auto soleUse = support::HoldFile(project->folder.File("Veltra.ini"), "Veltra");
     const FaultyDisk disk;
     ShortRun run({.disk = disk, .project = project});
     run.ReadSettings();
@@ -240,7 +240,7 @@ void ExpectOrdinaryRun(const Undisturbed& undisturbed, std::shared_ptr<const New
     EXPECT_EQ(Of(files, logPath), undisturbed.Log());
 }
 
-DiskOutcome ExpectDiskPromises(const Undisturbed& undisturbed, std::shared_ptr<const NewProject> project,
+DiskOutcome ExpectDiskPromises(const Undisturbed& undisturbed, const std::shared_ptr<const NewProject>& project,
                                const FaultyDisk& disk, MayLose mayLose) {
     const auto before = FilesOf(*project);
     std::optional<ShortRun> started;

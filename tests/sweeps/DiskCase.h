@@ -54,7 +54,7 @@ enum class MayLose { Nothing, WhatTheDiskRefuses };
 using DiskOutcome = std::optional<ShortRun::Outcome>;
 
 /// Starts a program in the project, with its settings in a file, and compares what is left with what is promised.
-DiskOutcome ExpectDiskPromises(const Undisturbed& undisturbed, std::shared_ptr<const NewProject> project,
+DiskOutcome ExpectDiskPromises(const Undisturbed& undisturbed, const std::shared_ptr<const NewProject>& project,
                                const FaultyDisk& disk, MayLose mayLose);
 
 /// Runs with the fault in a new project, and then, from a new state, without faults in the same folders.
@@ -64,6 +64,6 @@ DiskOutcome ExpectDiskPromises(Undisturbed& undisturbed, const DiskCase& diskCas
 void ExpectNothingLostByDeath(Undisturbed& undisturbed, std::size_t operation);
 
 /// Runs in the project as it is and expects an ordinary end that leaves whole files only.
-void ExpectOrdinaryRun(const Undisturbed& undisturbed, std::shared_ptr<const NewProject> project);
+void ExpectOrdinaryRun(const Undisturbed& undisturbed, const std::shared_ptr<const NewProject>& project);
 
 FileContents FilesOf(const NewProject& project);

@@ -134,6 +134,7 @@ bool StartsWith(const std::string& text, const char* start) {
 /// Without the time, and with "<DIR>" for the project's folder.
 std::vector<std::string> TextsOf(const ShortRun& run, const std::vector<std::string>& displayLog) {
     std::vector<std::string> texts;
+    texts.reserve(displayLog.size());
     for (const auto& line : displayLog)
         texts.push_back(run.Anonymous(line.substr(line.find("]   ") + 4)));
     return texts;

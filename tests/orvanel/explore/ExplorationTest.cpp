@@ -23,7 +23,7 @@ using Values = std::vector<double>;
 class ExplorationTest : public testing::Test {
   protected:
     std::string Write(const orvanel::AcquiredData& data) {
-        const auto path = folder_.File("Sample" + std::to_string(++files_) + ".vesk");
+        auto path = folder_.File("Sample" + std::to_string(++files_) + ".vesk");
         orvanel::WriteDataFile(path, data);
         return path;
     }

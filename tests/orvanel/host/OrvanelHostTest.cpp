@@ -28,7 +28,7 @@ struct Surroundings {
     /// Logs on and selects the project.
     std::string SessionIn(ports::TolmService& service) {
         service.TolmInitialize();
-        const std::string session = service.TolmLogon("", "", "", "", "Test");
+        std::string session = service.TolmLogon("", "", "", "", "Test");
         service.TolmSelectProject(session, folder.File("Projects/"), "Study1");
         return session;
     }

@@ -30,14 +30,14 @@ TEST(Isotopes, ReferenceEnvelopes) {
     struct Reference {
         const char* ion;
         double percent[3];
-        int shift[3];
+        std::size_t shift[3];
     };
     const auto elements = bench::Elements();
     for (const auto& [ion, percent, shift] : {Reference{"C33H41N2O9", {100, 37.2, 8.6}, {0, 1, 2}},
                                               Reference{"C11H11Cl2N2O5", {100, 12.9, 65.8}, {0, 1, 2}},
                                               Reference{"C12H19Cl2N2O", {100, 14.0, 65.1}, {0, 1, 2}}}) {
         const IsotopeEnvelope envelope = EnvelopeOf(ParseFormula(ion), *elements);
-        for (int i = 0; i < 3; ++i)
+        for (std::size_t i = 0; i < 3; ++i)
             EXPECT_NEAR(100 * envelope.share[shift[i]] / envelope.share[0], percent[i], 0.06) << ion << " + " << i;
         EXPECT_NEAR(bench::Sum(envelope.share), 1, 1e-7) << ion;
     }
