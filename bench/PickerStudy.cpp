@@ -82,9 +82,55 @@ void StudyPairs() {
         }
 }
 
+/// One line every so many Da, of forms that the finder fits and of others.
+void StudyDensity() {
+    struct Form {
+        const char* name;
+        LineShape shape;
+        double exponent;
+    };
+    const auto study = [](const char* title, const Form& form, const Resolution& resolution, double noiseIons,
+                          double offNominalDa, double darkIons) {
+        for (const double everyDa : {20.0, 10.0, 6.0, 5.0, 4.0, 3.0, 2.0, 1.5}) {
+            const StudyConditions conditions{.fwhm = resolution.fwhm,
+                                             .step = resolution.step,
+                                             .noiseIons = noiseIons,
+                                             .shape = form.shape,
+                                             .widthExponent = form.exponent,
+                                             .everyDa = everyDa,
+                                             .offNominalDa = offNominalDa,
+                                             .darkIons = darkIons,
+                                             .spectra = 10};
+            const StudyFigures figures = MeasurePicker(conditions);
+            std::printf("| %s | %.2f | %g | %.1f | %.1f | %.4f (%+.4f) | %.1f | %.1f |\n", title, resolution.fwhm,
+                        everyDa, 100 * figures.recall, 100 * figures.falseShare, figures.centroidError,
+                        figures.centroidBias, 100 * figures.areaError, figures.lines / conditions.spectra);
+        }
+    };
+    std::printf(
+        "\nLines of 200 to 30,000 ions at all densities\n\n| lines | FWHM (Da) | one line every ... Da | recall, %% | "
+        "false monoisotopic, %% | centroid error (bias), Da | area error, %% | lines a spectrum |\n"
+        "|---|---|---|---|---|---|---|---|\n");
+    const Form gaussian{"Gaussian", LineShape::gaussian, 0};
+    for (const Resolution& resolution : {Resolution{0.4, 0.06}, {0.65, 0.1}, {0.8, 0.12}})
+        study(gaussian.name, gaussian, resolution, 0, 0, 0.02);
+    for (const Form& form : {Form{"Lorentzian tails", LineShape::lorentzianTails, 0},
+                             {"tailing", LineShape::tailing, 0},
+                             {"fronting", LineShape::fronting, 0},
+                             {"width as root of m/z", LineShape::gaussian, 0.5},
+                             {"width as m/z", LineShape::gaussian, 1}})
+        study(form.name, form, {0.5, 0.08}, 0, 0, 0.02);
+    study("weak background (3 ions)", gaussian, {0.65, 0.1}, 3, 0, 0.02);
+    study("strong background (30 ions)", gaussian, {0.65, 0.1}, 30, 0, 0.02);
+    study("strong background, off nominal masses", gaussian, {0.65, 0.1}, 30, 0.3, 0.02);
+    study("baseline (1 ion a point)", gaussian, {0.65, 0.1}, 0, 0, 1);
+    study("sharp", gaussian, {0.02, 0.004}, 0, 0, 0.02);
+}
+
 }  // namespace
 
 int main() {
+    StudyDensity();
     StudyNoiseAndWidth();
     StudyIons();
     StudyCharges();

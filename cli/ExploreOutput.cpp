@@ -60,14 +60,21 @@ void PrintUsed(const ExploreFindings& findings, std::ostream& out) {
     out << '\n';
 }
 
+/// What a peak is taken for. One without a charge that is no parent may be background.
+const char* KindText(const ports::PeakList& peaks, int peak) {
+    if (peaks.ExplorePeakAttribute(peak, List::attributeIsotopeMarker) == 1) return "monoisotopic";
+    return peaks.ExplorePeakAttribute(peak, List::attributeCharge) > 0 ? "isotope" : "background?";
+}
+
 void PrintPeak(const ports::PeakList& peaks, int peak, std::ostream& out) {
+    const double signalToNoise = peaks.ExplorePeakAttribute(peak, List::attributeSignalToNoise);
     const auto charge = static_cast<int>(peaks.ExplorePeakAttribute(peak, List::attributeCharge));
     out << std::right << std::fixed << std::setprecision(4) << std::setw(11)
         << peaks.ExplorePeakCentroid(peak, List::centroidMz) << std::setw(12)
         << support::ScientificText(peaks.ExplorePeakCentroid(peak, List::centroidIntensity)) << std::setw(12)
-        << support::ScientificText(peaks.ExplorePeakAttribute(peak, List::attributeArea)) << std::setw(8)
-        << (charge == 0 ? "-" : std::to_string(charge)) << "  "
-        << (peaks.ExplorePeakAttribute(peak, List::attributeIsotopeMarker) == 1 ? "monoisotopic" : "isotope") << '\n';
+        << support::ScientificText(peaks.ExplorePeakAttribute(peak, List::attributeArea)) << std::setw(9)
+        << (signalToNoise > 0 ? support::FixedText(signalToNoise, 1) : "-") << std::setw(8)
+        << (charge == 0 ? "-" : std::to_string(charge)) << "  " << KindText(peaks, peak) << '\n';
 }
 
 void PrintPeaks(const ExploreFindings& findings, std::ostream& out) {
@@ -87,7 +94,7 @@ void PrintPeaks(const ExploreFindings& findings, std::ostream& out) {
         out << "Note:        too much of the precursor is left for 3rd precursors to be taken\n";
     out << "Peaks:       " << peaks.ExplorePeakCount() << ", shown " << findings.shown.size() << "\n";
     if (findings.shown.empty()) return;
-    out << "\n        m/z   intensity        area  charge\n";
+    out << "\n        m/z   intensity        area      S/N  charge\n";
     for (const int peak : findings.shown)
         PrintPeak(peaks, peak, out);
 }
@@ -134,6 +141,7 @@ void WritePeak(JsonWriter& json, const ports::PeakList& peaks, int peak) {
     json.Open('{').Key("mz").Number(peaks.ExplorePeakCentroid(peak, List::centroidMz));
     json.Key("intensity").Number(peaks.ExplorePeakCentroid(peak, List::centroidIntensity));
     json.Key("area").Number(peaks.ExplorePeakAttribute(peak, List::attributeArea));
+    json.Key("signalToNoise").Number(peaks.ExplorePeakAttribute(peak, List::attributeSignalToNoise));
     json.Key("charge").Number(peaks.ExplorePeakAttribute(peak, List::attributeCharge));
     json.Key("monoisotopic").Truth(peaks.ExplorePeakAttribute(peak, List::attributeIsotopeMarker) == 1).Close('}');
 }

@@ -81,6 +81,7 @@ class PeakList {
     static constexpr int attributeMz = 0;
     static constexpr int attributeCharge = 3;         ///< 0 when the charge is not known
     static constexpr int attributeArea = 4;           ///< cps times Da
+    static constexpr int attributeSignalToNoise = 5;  ///< height by the background's there; 0 where none is seen
     static constexpr int attributeIsotopeMarker = 8;  ///< 1 for a peak taken as monoisotopic, else 0
     static constexpr int centroidMz = 0;
     static constexpr int centroidIntensity = 1;

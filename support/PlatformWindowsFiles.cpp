@@ -142,7 +142,8 @@ class WindowsDisk : public Disk {
         if (!file.Valid()) {
             const DWORD error = ::GetLastError();
             // Nothing has a name that none can have.
-            if (error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND || error == ERROR_INVALID_NAME) return {};
+            if (error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND || error == ERROR_INVALID_NAME)
+                return {};
             throw DiskError(WindowsErrorText(error));
         }
         BY_HANDLE_FILE_INFORMATION known{};

@@ -7,6 +7,7 @@
 #include <cmath>
 #include <iterator>
 #include <optional>
+#include <utility>
 
 namespace orvanel {
 namespace {
@@ -28,6 +29,9 @@ constexpr double ratioOffset = 0.1;            // M+1 / M is at most so much ...
 constexpr double ratioSlopePerDa = 0.00065;    // ... and so much for each Da of mass
 constexpr double typicalSlopePerDa = 0.00054;  // averagine's own M+1 / M for each Da
 constexpr double leastOfTypical = 0.6;         // of that, where a charge above 1 is to be believed
+constexpr double mostOfTypical = 1.5;          // ... for M+1 and M+2
+constexpr double mostOfTypicalBeyond = 1.9;    // ... for M+3
+constexpr double sharplyResolved = 10;         // widths between isotopes
 constexpr double halogenRatio = 1.1;           // M+2 / M with up to three chlorines or one bromine
 constexpr double significance = 3;
 constexpr double fewestIons = 8;       // that a peak has
@@ -41,6 +45,17 @@ double CountingDeviation(const Peak& a, const Peak& b) {
 /// The chance that the ratio of two ion counts varies by, as a factor.
 double RatioTolerance(const Peak& a, const Peak& b) {
     return 1 + significance * CountingDeviation(a, b);
+}
+
+/// Whether isotopes are resolved so well that hardly another peak is in their places.
+bool IsSharp(const Peak& peak, int charge) {
+    return isotopeSpacingDa / charge > sharplyResolved * peak.widthDa;
+}
+
+/// How far ratios may be off, as a factor: instruments that resolve so well show weak peaks too weak.
+double Latitude(const Peak& peak, int charge) {
+    constexpr double sharpLatitude = 1.5;
+    return charge > 1 && IsSharp(peak, charge) ? sharpLatitude : 1;
 }
 
 /// One envelope: the monoisotopic peak and its heavier isotopes, as positions in the peak list.
@@ -58,7 +73,7 @@ class Assignment {
   private:
     std::optional<std::size_t> FindIsotope(std::size_t mono, int number, int charge) const;
     Envelope EnvelopeAt(std::size_t mono, int charge) const;
-    bool IsPlausible(const Envelope& envelope) const;
+    Envelope PlausiblePartOf(Envelope envelope) const;
     bool LooksDivided(const Envelope& envelope) const;
 
     std::vector<Peak>& peaks_;
@@ -96,7 +111,7 @@ std::optional<std::size_t> Assignment::FindIsotope(std::size_t mono, int number,
 Envelope Assignment::EnvelopeAt(std::size_t mono, int charge) const {
     Envelope envelope{charge, {mono}};
     const Peak& first = peaks_[mono];
-    const double nextRatio = ratioOffset + ratioSlopePerDa * first.mz * charge;
+    const double nextRatio = Latitude(first, charge) * (ratioOffset + ratioSlopePerDa * first.mz * charge);
     for (int number = 1; number <= mostIsotopes; ++number) {
         const auto index = FindIsotope(mono, number, charge);
         if (!index) break;
@@ -114,28 +129,33 @@ Envelope Assignment::EnvelopeAt(std::size_t mono, int charge) const {
     return envelope;
 }
 
-/// A charge above 1 needs three peaks or more with ratios near those of averagine of that mass: a stray peak half a
-/// dalton above another one is no isotope of it. The number of heavy isotopes follows Poisson's law; oxygen and sulfur
-/// add some M+2.
-bool Assignment::IsPlausible(const Envelope& envelope) const {
-    if (envelope.charge == 1) return envelope.members.size() > 1 && !LooksDivided(envelope);
+/// A charge above 1 needs ratios near those of averagine of that mass, and three peaks or more: a stray peak half a
+/// dalton above another one is no isotope of it. Where isotopes are resolved so sharply that hardly a stray peak is in
+/// their places, two will do, and what does not fit behind them is something else. The number of heavy isotopes follows
+/// Poisson's law; oxygen and sulfur add some M+2.
+/// @return without members where there is none
+Envelope Assignment::PlausiblePartOf(Envelope envelope) const {
+    const Envelope none{envelope.charge, {}};
+    if (envelope.charge == 1) return envelope.members.size() > 1 && !LooksDivided(envelope) ? envelope : none;
     const Peak& first = peaks_[envelope.members[0]];
     const double mean = typicalSlopePerDa * first.mz * envelope.charge;
     const double poisson[] = {1, mean, mean * mean / 2, mean * mean * mean / 6};
     // What oxygen and sulfur add, which differs most between compounds at M+3.
     const double added[] = {0, 0, 0.03, 0.03 * mean};
-    // Two will do where the third one is too small to be seen.
-    const bool thirdIsHidden = envelope.charge == 2 && poisson[2] * first.ions < mostHiddenIons;
-    if (envelope.members.size() < (thirdIsHidden ? 2 : 3)) return false;
+    const bool isSharp = IsSharp(first, envelope.charge);
     for (std::size_t k = 1; k < std::min(envelope.members.size(), std::size(poisson)); ++k) {
         const Peak& isotope = peaks_[envelope.members[k]];
         const double found = isotope.area / first.area;
-        const double tolerance = RatioTolerance(first, isotope);
-        const double most = k < 3 ? 1.5 : 1.9;
-        if (found > most * tolerance * (poisson[k] + added[k]) || found * tolerance < leastOfTypical * poisson[k])
-            return false;
+        const double tolerance = Latitude(first, envelope.charge) * RatioTolerance(first, isotope);
+        const double most = k < 3 ? mostOfTypical : mostOfTypicalBeyond;
+        if (found <= most * tolerance * (poisson[k] + added[k]) && found * tolerance >= leastOfTypical * poisson[k])
+            continue;
+        if (!isSharp) return none;
+        envelope.members.resize(k);
     }
-    return true;
+    // Two will do where the third one is too small to be seen.
+    const bool thirdIsHidden = envelope.charge == 2 && poisson[2] * first.ions < mostHiddenIons;
+    return envelope.members.size() < (thirdIsHidden || isSharp ? 2 : 3) ? none : envelope;
 }
 
 /// Whether a singly charged reading leaves out something stronger on the way to an M+1 that is too weak for one: then
@@ -154,16 +174,17 @@ bool Assignment::LooksDivided(const Envelope& envelope) const {
 void Assignment::Run() {
     for (std::size_t mono = 0; mono < peaks_.size(); ++mono) {
         if (taken_[mono]) continue;
+        // Of two charges that explain as many peaks the higher one: the lower one's isotopes are among its own.
+        Envelope best;
         for (int charge = highestCharge; charge >= 1; --charge) {
             if (isotopeSpacingDa / charge < resolvedWidths * peaks_[mono].widthDa) continue;
-            const Envelope envelope = EnvelopeAt(mono, charge);
-            if (!IsPlausible(envelope)) continue;
-            for (const std::size_t member : envelope.members) {
-                taken_[member] = true;
-                peaks_[member].charge = charge;
-                peaks_[member].monoisotopic = member == mono;
-            }
-            break;
+            Envelope envelope = PlausiblePartOf(EnvelopeAt(mono, charge));
+            if (envelope.members.size() > best.members.size()) best = std::move(envelope);
+        }
+        for (const std::size_t member : best.members) {
+            taken_[member] = true;
+            peaks_[member].charge = best.charge;
+            peaks_[member].monoisotopic = member == mono;
         }
     }
 }

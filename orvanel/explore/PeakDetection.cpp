@@ -7,240 +7,207 @@
 #include <cmath>
 #include <utility>
 
+#include "orvanel/explore/Maxima.h"
+#include "orvanel/explore/Median.h"
+
 namespace orvanel {
 namespace {
 
 constexpr double fwhmPerSigma = 2.3548200450309493;  // 2 sqrt(2 ln 2)
-constexpr double assumedWidthPoints = 6.3;           // where no peak is strong enough to measure
 constexpr double firstSigmaPoints = 0.75;
 constexpr double smoothingShare = 0.45;    // smoothing sigma as a share of the peak's sigma
 constexpr double significance = 3;         // standard deviations by which a peak stands above its saddle
 constexpr double shareAboveSaddle = 0.15;  // of its height, at least
-constexpr double shareOfSample = 0.5;      // the same for a maximum that the width is measured on
-constexpr double upperLevel = 0.75;        // shares of the height between which a peak's lean is measured
-constexpr double lowerLevel = 0.3;
-// For a split Gaussian: (sqrt(-2 ln lower) - sqrt(-2 ln upper)) 2 / (2 sqrt(2 ln 2)).
-constexpr double leanPerSkew = 0.6738;
-constexpr double largestSkew = 0.3;
-constexpr double shareOfStrongest = 0.1;  // that such a maximum has at least
-constexpr double gapSteps = 1.6;
-constexpr std::size_t widthSamples = 15;
+constexpr double doubtOfTails = 2;         // factor by which they may be higher than measured
+constexpr double tailDistance = 3;         // widths from the middle, where tails are measured
+constexpr double apartWidths = 12;         // beyond which neither peaks nor what hides beside them meet
 
-double Median(std::vector<double> values) {
-    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-    std::nth_element(values.begin(), middle, values.end());
-    return *middle;
+/// Smooths with the same few points everywhere, before anything is known of the peaks.
+std::vector<double> SmoothedALittle(const ProfilePoints& points) {
+    return Smoothing(points, {1, 1, 0}, firstSigmaPoints).Apply(points.Intensity());
+}
+
+FormEstimate EstimateForm(const ProfilePoints& points) {
+    const auto smooth = SmoothedALittle(points);
+    return EstimateForm(points, smooth, FindMaxima(smooth, points.StretchEnds()), firstSigmaPoints);
 }
 
 }  // namespace
 
 PeakDetection::PeakDetection(const std::vector<double>& mz, const std::vector<double>& intensity)
-    : mz_(mz), intensity_(intensity), widthPoints_(assumedWidthPoints) {
-    FindSegments();
-    EstimateIonQuantum();
-    Smooth(firstSigmaPoints);
-    maxima_ = FindMaxima();
-    EstimateForm();
-    Smooth(smoothingShare * widthPoints_ / fwhmPerSigma);
-    maxima_ = FindMaxima();
-}
-
-void PeakDetection::FindSegments() {
-    std::vector<double> steps;
-    for (std::size_t i = 1; i < mz_.size(); ++i)
-        steps.push_back(mz_[i] - mz_[i - 1]);
-    if (!steps.empty()) stepDa_ = Median(steps);
-    for (std::size_t i = 0; i < steps.size(); ++i) {
-        double usual = 3 * stepDa_;
-        if (i > 0) usual = std::min(usual, steps[i - 1]);
-        if (i + 1 < steps.size()) usual = std::min(usual, steps[i + 1]);
-        if (steps[i] > gapSteps * usual) segmentEnds_.push_back(i + 1);
+    : points_(mz, intensity), estimate_(EstimateForm(points_)) {
+    const Smoothing smoothing(points_, estimate_.widths, smoothingShare / fwhmPerSigma);
+    smooth_ = smoothing.Apply(intensity);
+    std::vector<Maximum> maxima = FindMaxima(smooth_, points_.StretchEnds());
+    std::erase_if(maxima, [&](const Maximum& maximum) {
+        const double height = smooth_[maximum.index];
+        const double variance = points_.IonQuantum() * smoothing.EnergyAt(maximum.index) * (height + maximum.saddle);
+        const double needed = std::max(significance * std::sqrt(variance), shareAboveSaddle * height);
+        return !(height - maximum.saddle > needed);
+    });
+    MakeClusters(maxima);
+    const FormMisfit misfit = MeasureMisfit();
+    tails_ = Tails();
+    std::vector<double> rest = intensity;
+    for (Cluster& cluster : clusters_) {
+        cluster.fit.AddHidden(misfit, tails_.data() + cluster.begin);
+        for (const FittedPeak& fitted : cluster.fit.Peaks())
+            peaks_.push_back(MakePeak(cluster, fitted));
+        for (std::size_t i = 0; i < cluster.fit.Expected().size(); ++i)
+            rest[cluster.begin + i] -= cluster.fit.Expected()[i];
     }
-    segmentEnds_.push_back(mz_.size());
+    rest_ = smoothing.Apply(rest);
+    kernelEnergy_ = smoothing.EnergyAt(mz.size() / 2);
 }
 
-/// What one ion adds to a point: the smallest intensity, for ions come in whole numbers. Where a filter has left far
-/// smaller values, what the roughness of the spectrum stands for, as the noise of counting: fourth differences, which
-/// smooth peaks hardly have, with the variance 70 times that of a point.
-void PeakDetection::EstimateIonQuantum() {
-    constexpr double fourthDifference[] = {1, -4, 6, -4, 1};
-    constexpr double varianceFactor = 70;
-    constexpr double medianOfSquare = 0.4549;  // of a standard normal variable's square
-    constexpr double wholeIons = 0.01;
-    constexpr double roughShare = 0.001;  // of the highest point, above which roughness is looked at
-    const double highest = *std::max_element(intensity_.begin(), intensity_.end());
-    for (const double value : intensity_)
-        if (value > 0 && (ionQuantum_ == 0 || value < ionQuantum_)) ionQuantum_ = value;
-    std::vector<double> estimates;
+/// @param maxima in order
+void PeakDetection::MakeClusters(const std::vector<Maximum>& maxima) {
+    auto maximum = maxima.begin();
     std::size_t begin = 0;
-    for (const std::size_t end : segmentEnds_) {
-        for (std::size_t i = begin; i + 5 <= end; ++i) {
-            double difference = 0;
-            double sum = 0;
-            for (std::size_t k = 0; k < 5; ++k) {
-                difference += fourthDifference[k] * intensity_[i + k];
-                sum += intensity_[i + k];
-            }
-            if (sum > 5 * roughShare * highest)
-                estimates.push_back(5 * difference * difference / (varianceFactor * sum));
+    for (const std::size_t end : points_.StretchEnds()) {
+        std::vector<FittedPeak> cluster;
+        for (; maximum != maxima.end() && maximum->index < end; ++maximum) {
+            const auto position = static_cast<double>(maximum->index);
+            const double width = estimate_.widths.PointsAt(points_.Mz()[maximum->index]);
+            if (!cluster.empty() && position - cluster.back().position > apartWidths * width)
+                MakeCluster(begin, end, std::exchange(cluster, {}));
+            cluster.push_back({position, width, 0});
         }
-        begin = end;
-    }
-    if (estimates.empty()) return;
-    const double roughness = Median(std::move(estimates)) / medianOfSquare;
-    if (ionQuantum_ < wholeIons * roughness) ionQuantum_ = roughness;
-}
-
-void PeakDetection::Smooth(double sigmaPoints) {
-    const auto reach = static_cast<std::size_t>(std::ceil(3 * sigmaPoints));
-    std::vector<double> kernel;
-    double sum = 0;
-    for (std::size_t k = 0; k <= reach; ++k) {
-        kernel.push_back(std::exp(-0.5 * std::pow(static_cast<double>(k) / sigmaPoints, 2)));
-        sum += (k == 0 ? 1 : 2) * kernel.back();
-    }
-    kernelEnergy_ = 0;
-    for (std::size_t k = 0; k <= reach; ++k) {
-        kernel[k] /= sum;
-        kernelEnergy_ += (k == 0 ? 1 : 2) * kernel[k] * kernel[k];
-    }
-    smooth_.assign(intensity_.size(), 0.0);
-    std::size_t begin = 0;
-    for (const std::size_t end : segmentEnds_) {
-        for (std::size_t i = begin; i < end; ++i) {
-            if (intensity_[i] <= 0) continue;
-            smooth_[i] += kernel[0] * intensity_[i];
-            for (std::size_t k = 1; k <= reach; ++k) {
-                if (i >= begin + k) smooth_[i - k] += kernel[k] * intensity_[i];
-                if (i + k < end) smooth_[i + k] += kernel[k] * intensity_[i];
-            }
-        }
+        if (!cluster.empty()) MakeCluster(begin, end, std::move(cluster));
         begin = end;
     }
 }
 
-/// Local maxima with their saddles, found in one sweep to each side with a stack of ever higher maxima.
-std::vector<PeakDetection::Maximum> PeakDetection::FindMaxima() const {
-    std::vector<Maximum> found;
-    std::size_t begin = 0;
-    for (const std::size_t end : segmentEnds_) {
-        const std::size_t firstOfSegment = found.size();
-        std::vector<double> valleys;  // between neighbouring maxima of the segment
-        double valley = 0;
-        for (std::size_t i = begin; i < end; ++i) {
-            valley = std::min(valley, smooth_[i]);
-            const double before = i > begin ? smooth_[i - 1] : 0;
-            const double behind = i + 1 < end ? smooth_[i + 1] : 0;
-            if (smooth_[i] <= before || smooth_[i] < behind) continue;
-            if (found.size() > firstOfSegment) valleys.push_back(valley);
-            found.push_back({i, 0});
-            valley = smooth_[i];
-        }
-        // For each maximum the lowest point on the way to the next higher one; 0 when there is none.
-        const std::size_t count = found.size() - firstOfSegment;
-        const auto sweep = [&](bool toRight) {
-            std::vector<std::pair<std::size_t, double>> stack;  // maximum, lowest point between it and the current one
-            for (std::size_t n = 0; n < count; ++n) {
-                const std::size_t k = toRight ? count - 1 - n : n;
-                double lowest = n == 0 ? 0 : valleys[toRight ? k : k - 1];
-                const double height = smooth_[found[firstOfSegment + k].index];
-                while (!stack.empty() && smooth_[found[firstOfSegment + stack.back().first].index] < height) {
-                    lowest = std::min(lowest, stack.back().second);
-                    stack.pop_back();
-                }
-                auto& maximum = found[firstOfSegment + k];
-                if (!stack.empty()) maximum.saddle = std::max(maximum.saddle, lowest);
-                stack.emplace_back(k, lowest);
-            }
-        };
-        sweep(false);
-        sweep(true);
-        begin = end;
-    }
-    return found;
+/// @param begin, end the stretch
+/// @param peaks positions from the spectrum's first point
+void PeakDetection::MakeCluster(std::size_t begin, std::size_t end, std::vector<FittedPeak> peaks) {
+    const auto margin = static_cast<std::size_t>(std::ceil(apartWidths / 2 * peaks.back().width));
+    const auto first = static_cast<std::size_t>(peaks.front().position);
+    const auto last = static_cast<std::size_t>(peaks.back().position);
+    const std::size_t from = first - begin > margin ? first - margin : begin;
+    const std::size_t to = std::min(end, last + margin + 1);
+    for (FittedPeak& peak : peaks)
+        peak.position -= static_cast<double>(from);
+    const double* intensity = points_.Intensity().data();
+    clusters_.push_back(
+        {from, PeakFit(intensity + from, intensity + to, estimate_.form, points_.IonQuantum(), std::move(peaks))});
 }
 
-/// Where one maximum falls to a share of its height on both sides, in points from it; 0 to 0 when it does not on one of
-/// them.
-PeakDetection::Sides PeakDetection::SidesAt(std::size_t index, double share) const {
-    const double level = share * smooth_[index];
-    const auto crossing = [&](int direction) -> double {
-        std::size_t i = index;
-        while (smooth_[i] > level) {
-            const bool atEnd = direction < 0 ? i == 0 : i + 1 == smooth_.size();
-            if (atEnd) return 0;
-            const std::size_t next = direction < 0 ? i - 1 : i + 1;
-            if (std::abs(mz_[next] - mz_[i]) > gapSteps * 2 * stepDa_) return 0;
-            if (smooth_[next] <= level)
-                return std::abs(static_cast<double>(i) - static_cast<double>(index)) +
-                       (smooth_[i] - level) / (smooth_[i] - smooth_[next]);
-            i = next;
-        }
-        return 0;
+/// What three of four strong peaks that stand alone show beside them is no other peak. Where peaks are so wide that
+/// isotopes may hide, these are on the right only, so that the lesser side counts for both.
+FormMisfit PeakDetection::MeasureMisfit() const {
+    constexpr std::size_t fewestSamples = 5;
+    constexpr std::size_t mostSamples = 200;
+    constexpr double shareOfFew = 0.25;  // of the peaks, that may have another one beside them
+    constexpr double doubt = 2;
+    constexpr double widestWithoutIsotopesDa = 0.1;
+    FormMisfit misfit;
+    const auto measure = [&](FormMisfit::Side side, std::size_t distance) {
+        std::vector<double> shares;
+        for (const Cluster& cluster : clusters_)
+            for (std::size_t k = 0; k < cluster.fit.Peaks().size() && shares.size() < mostSamples; ++k)
+                if (const auto share = cluster.fit.MisfitAt(k, side, distance)) shares.push_back(*share);
+        if (shares.size() < fewestSamples) return 0.0;
+        return doubt * Quantile(std::move(shares), shareOfFew);
     };
-    const Sides sides{crossing(-1), crossing(1)};
-    return sides.left > 0 && sides.right > 0 ? sides : Sides{};
+    std::vector<double> widths;
+    for (const Cluster& cluster : clusters_)
+        widths.push_back(cluster.fit.Peaks().front().width * points_.StepAt(cluster.begin));
+    const bool mayHideIsotopes = !widths.empty() && Median(widths) > widestWithoutIsotopesDa;
+    for (std::size_t distance = 0; distance < FormMisfit::distances; ++distance) {
+        const double left = measure(FormMisfit::Side::left, distance);
+        const double right = measure(FormMisfit::Side::right, distance);
+        misfit.At(FormMisfit::Side::left, distance) = mayHideIsotopes ? std::min(left, right) : left;
+        misfit.At(FormMisfit::Side::right, distance) = mayHideIsotopes ? std::min(left, right) : right;
+    }
+    return misfit;
 }
 
-void PeakDetection::EstimateForm() {
-    std::vector<Maximum> strong;
-    for (const Maximum& maximum : maxima_)
-        if (maximum.saddle < (1 - shareOfSample) * smooth_[maximum.index] && smooth_[maximum.index] > 10 * ionQuantum_)
-            strong.push_back(maximum);
-    const std::size_t count = std::min(widthSamples, strong.size());
-    std::partial_sort(strong.begin(), strong.begin() + static_cast<std::ptrdiff_t>(count), strong.end(),
-                      [&](const Maximum& a, const Maximum& b) { return smooth_[a.index] > smooth_[b.index]; });
-    std::vector<std::pair<double, double>> samples;  // width, lean
-    for (std::size_t i = 0; i < count; ++i) {
-        const Sides half = SidesAt(strong[i].index, 0.5);
-        const Sides upper = SidesAt(strong[i].index, upperLevel);
-        const Sides lower = SidesAt(strong[i].index, lowerLevel);
-        const double width = half.left + half.right;
-        if (smooth_[strong[i].index] < shareOfStrongest * smooth_[strong.front().index]) break;
-        if (width > 0) samples.emplace_back(width, ((lower.right - lower.left) - (upper.right - upper.left)) / width);
-    }
-    double lean = 0;
-    if (!samples.empty()) {
-        // Overlap only widens: the narrower half of the samples shows the peaks as they are.
-        std::sort(samples.begin(), samples.end());
-        samples.resize((samples.size() + 1) / 2);
-        const double smoothed = samples[samples.size() / 2].first;
-        std::vector<double> leans;
-        leans.reserve(samples.size());
-        for (const auto& sample : samples)
-            leans.push_back(sample.second);
-        lean = std::clamp(Median(leans) / leanPerSkew, -largestSkew, largestSkew);
-        const double smoothing = fwhmPerSigma * firstSigmaPoints;
-        widthPoints_ = std::clamp(std::sqrt(std::max(smoothed * smoothed - smoothing * smoothing, 1.0)), 2.0, 60.0);
-    }
-    const double sigma = widthPoints_ / fwhmPerSigma;
-    form_ = {sigma * (1 - lean), sigma * (1 + lean)};
+/// What peaks have tailDistance widths from their middle, as a share of their height: what the strongest ones show at
+/// least on one side, where nothing else stands.
+double PeakDetection::MeasureTail() const {
+    constexpr std::size_t strongest = 20;
+    std::vector<std::pair<double, double>> shares;  // height, share
+    for (const Cluster& cluster : clusters_)
+        for (const FittedPeak& peak : cluster.fit.Peaks()) {
+            const double height = peak.sum / peak.width * estimate_.form.At(0);
+            const double reach = tailDistance * peak.width;
+            double least = height;
+            for (const double place : {peak.position - reach, peak.position + reach}) {
+                // Where points are left out there is nothing.
+                const bool isThere = place >= 0 && place < static_cast<double>(cluster.fit.Expected().size());
+                least = isThere ? std::min(least, smooth_[cluster.begin + static_cast<std::size_t>(place)]) : 0;
+            }
+            shares.emplace_back(height, least / height);
+        }
+    if (shares.empty()) return 0;
+    const auto count = std::min(strongest, shares.size());
+    std::nth_element(shares.begin(), shares.begin() + static_cast<std::ptrdiff_t>(count - 1), shares.end(),
+                     [](const auto& a, const auto& b) { return a.first > b.first; });
+    std::vector<double> ofStrongest;
+    for (std::size_t i = 0; i < count; ++i)
+        ofStrongest.push_back(shares[i].second);
+    return Quantile(std::move(ofStrongest), 0.25);
+}
+
+/// Tails fall with the square of the distance, as a Lorentzian's do.
+std::vector<double> PeakDetection::Tails() const {
+    constexpr double leastShare = 0.001;
+    constexpr double mostShare = 0.02;  // what is more is something else, such as chemical noise
+    constexpr double nearestWidths = 1;
+    constexpr double farthestWidths = 15;
+    const auto& mz = points_.Mz();
+    std::vector<double> tails(smooth_.size());
+    const double share = MeasureTail();
+    if (share < leastShare || share > mostShare) return tails;
+    for (const Cluster& cluster : clusters_)
+        for (const FittedPeak& peak : cluster.fit.Peaks()) {
+            const double height = doubtOfTails * share * peak.sum / peak.width * estimate_.form.At(0);
+            if (height < points_.IonQuantum() / farthestWidths) continue;
+            const std::size_t middle = cluster.begin + static_cast<std::size_t>(peak.position);
+            const double widthDa = peak.width * points_.StepAt(middle);
+            const auto add = [&](std::size_t i) {
+                const double widths = std::abs(mz[i] - mz[middle]) / widthDa;
+                const double distance = widths / tailDistance;
+                if (widths > nearestWidths) tails[i] += height / (distance * distance);
+                return widths < farthestWidths;
+            };
+            for (std::size_t i = middle; i > 0 && add(i - 1); --i) {
+            }
+            for (std::size_t i = middle + 1; i < tails.size() && add(i); ++i) {
+            }
+        }
+    return tails;
 }
 
 double PeakDetection::IonHeight() const {
-    const double sigma = widthPoints_ / fwhmPerSigma * std::sqrt(1 + smoothingShare * smoothingShare);
-    return ionQuantum_ / (sigma * 2.5066282746310002);  // sqrt(2 pi)
+    const double width = estimate_.widths.PointsAt(points_.Mz()[points_.Mz().size() / 2]);
+    const double sigma = width / fwhmPerSigma * std::sqrt(1 + smoothingShare * smoothingShare);
+    return std::max(points_.IonQuantum(), estimate_.smallestSum) / (sigma * 2.5066282746310002);  // sqrt(2 pi)
 }
 
 std::vector<NoiseSample> PeakDetection::NominalMaxima() const {
+    constexpr double misfitShare = 0.02;
+    constexpr double middleDa = 0.25;  // to each side
+    const auto& mz = points_.Mz();
     std::vector<NoiseSample> samples;
     double mass = 0;  // of the last sample
-    for (std::size_t i = 0; i < mz_.size(); ++i) {
-        const double nominal = std::round(mz_[i] / nominalMassDa);
-        if ((nominal - 0.5) * nominalMassDa < mz_.front() || (nominal + 0.5) * nominalMassDa > mz_.back()) continue;
-        if (samples.empty() || nominal != mass) samples.push_back({mz_[i], 0});
+    auto peak = peaks_.begin();
+    for (std::size_t i = 0; i < mz.size(); ++i) {
+        const double nominal = std::round(mz[i] / nominalMassDa);
+        if ((nominal - 0.5) * nominalMassDa < mz.front() || (nominal + 0.5) * nominalMassDa > mz.back()) continue;
+        if (samples.empty() || nominal != mass) samples.push_back({mz[i], 0, 0});
         mass = nominal;
-        samples.back().height = std::max(samples.back().height, smooth_[i]);
+        const double flank = std::max(0.0, smooth_[i] - rest_[i]);
+        const double doubt =
+            significance * std::sqrt(points_.IonQuantum() * kernelEnergy_ * flank) + misfitShare * flank + tails_[i];
+        NoiseSample& sample = samples.back();
+        sample.height = std::max(sample.height, rest_[i] - doubt);
+        if (std::abs(mz[i] - nominal * nominalMassDa) < middleDa) sample.doubt = std::max(sample.doubt, doubt);
+        for (; peak != peaks_.end() && peak->mz < (nominal + 0.5) * nominalMassDa; ++peak)
+            if (peak->mz >= (nominal - 0.5) * nominalMassDa) sample.height = std::max(sample.height, peak->intensity);
     }
     return samples;
-}
-
-/// The distance between neighbouring points, taken to the closer one, so that a gap beside it does not count.
-double PeakDetection::StepAt(std::size_t index) const {
-    double step = 2 * stepDa_;
-    if (index > 0) step = std::min(step, mz_[index] - mz_[index - 1]);
-    if (index + 1 < mz_.size()) step = std::min(step, mz_[index + 1] - mz_[index]);
-    return step;
 }
 
 /// The smoothed height at a peak's own maximum, which lies beside its centre of mass.
@@ -251,46 +218,20 @@ double PeakDetection::HeightNear(std::size_t index) const {
                              smooth_.begin() + static_cast<std::ptrdiff_t>(last) + 1);
 }
 
-Peak PeakDetection::MakePeak(const PeakFit& fit, const FittedPeak& fitted, std::size_t begin) const {
-    const double place = static_cast<double>(begin) + fitted.position;
-    const auto below = std::min(static_cast<std::size_t>(std::max(place, 0.0)), mz_.size() - 1);
-    const std::size_t apex = std::min(static_cast<std::size_t>(std::max(std::lround(place), 0L)), mz_.size() - 1);
+Peak PeakDetection::MakePeak(const Cluster& cluster, const FittedPeak& fitted) const {
+    const auto& mz = points_.Mz();
+    const double place = static_cast<double>(cluster.begin) + fitted.position;
+    const auto below = std::min(static_cast<std::size_t>(place), mz.size() - 1);
+    const std::size_t apex = std::min(static_cast<std::size_t>(std::lround(place)), mz.size() - 1);
+    const double step = points_.StepAt(apex);
     Peak peak;
-    const double step = StepAt(apex);
-    peak.mz = mz_[below] + (place - static_cast<double>(below)) * step;
-    peak.intensity = HeightNear(apex) * fit.ShareAt(fitted, apex - begin);
-    peak.widthDa = widthPoints_ * step;
+    peak.mz = mz[below] + (place - static_cast<double>(below)) * step;
+    peak.intensity = HeightNear(apex) * cluster.fit.ShareAt(fitted, apex - cluster.begin);
+    peak.widthDa = fitted.width * step;
     peak.area = fitted.sum * step;
-    peak.ions = ionQuantum_ > 0 ? fitted.sum / ionQuantum_ : 0;
+    peak.tails = tails_[apex];
+    peak.ions = points_.IonQuantum() > 0 ? fitted.sum / points_.IonQuantum() : 0;
     return peak;
-}
-
-/// The significant maxima of a stretch, in points from its first one.
-std::vector<double> PeakDetection::PositionsWithin(std::size_t begin, std::size_t end) const {
-    std::vector<double> positions;
-    auto maximum = std::lower_bound(maxima_.begin(), maxima_.end(), begin,
-                                    [](const Maximum& one, std::size_t index) { return one.index < index; });
-    for (; maximum != maxima_.end() && maximum->index < end; ++maximum) {
-        const double height = smooth_[maximum->index];
-        const double deviation = std::sqrt(ionQuantum_ * kernelEnergy_ * (height + maximum->saddle));
-        const double needed = std::max(significance * deviation, shareAboveSaddle * height);
-        if (height - maximum->saddle > needed) positions.push_back(static_cast<double>(maximum->index - begin));
-    }
-    return positions;
-}
-
-std::vector<Peak> PeakDetection::Peaks() const {
-    std::vector<Peak> peaks;
-    std::size_t begin = 0;
-    for (const std::size_t end : segmentEnds_) {
-        const auto positions = PositionsWithin(begin, end);
-        PeakFit fit(intensity_.data() + begin, intensity_.data() + end, form_, ionQuantum_);
-        if (!positions.empty())
-            for (const FittedPeak& fitted : fit.Run(positions))
-                peaks.push_back(MakePeak(fit, fitted, begin));
-        begin = end;
-    }
-    return peaks;
 }
 
 }  // namespace orvanel

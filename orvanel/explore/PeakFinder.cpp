@@ -4,7 +4,9 @@
 #include "orvanel/explore/PeakFinder.h"
 
 #include <algorithm>
+#include <functional>
 #include <limits>
+#include <utility>
 
 #include "orvanel/explore/IsotopeAssignment.h"
 #include "orvanel/explore/PeakDetection.h"
@@ -22,9 +24,40 @@ std::vector<Peak> CentroidPeaks(const std::vector<double>& mz, const std::vector
     const double width = LineWidthDa(mz);
     for (std::size_t i = 0; i < mz.size(); ++i)
         if (intensity[i] > 0)
-            peaks.push_back(
-                {mz[i], intensity[i], intensity[i], std::numeric_limits<double>::infinity(), width, 0, true});
+            peaks.push_back({.mz = mz[i],
+                             .intensity = intensity[i],
+                             .area = intensity[i],
+                             .ions = std::numeric_limits<double>::infinity(),
+                             .widthDa = width});
     return peaks;
+}
+
+/// Drops what the background explains. A spectrum with many peaks is no place for a single signal to be missed, and
+/// hardly one for noise to do harm: there the strongest of what may be background stay, marked as not monoisotopic.
+void DropBackground(std::vector<Peak>& peaks, const SpectrumNoise& noise) {
+    constexpr std::ptrdiff_t manyPeaks = 5;
+    constexpr std::ptrdiff_t longList = 100;
+    const auto standsOutOfNoise = [&](const Peak& peak) {
+        return peak.widthDa < narrowestNoiseDa || peak.intensity > noise.ThresholdAt(peak.mz);
+    };
+    std::vector<double> heights;
+    for (Peak& peak : peaks) {
+        const double level = noise.LevelAt(peak.mz);
+        peak.signalToNoise = level > 0 ? peak.intensity / level : 0;
+        heights.push_back(peak.intensity);
+    }
+    double least = std::numeric_limits<double>::infinity();  // height of what stays although it does not stand out
+    const std::ptrdiff_t outstanding = std::count_if(peaks.begin(), peaks.end(), standsOutOfNoise);
+    if (outstanding >= manyPeaks) {
+        const auto last = heights.begin() + std::min(std::max(longList, 2 * outstanding), std::ssize(heights)) - 1;
+        std::nth_element(heights.begin(), last, heights.end(), std::greater<>());
+        least = *last;
+    }
+    std::erase_if(peaks, [&](Peak& peak) {
+        if (standsOutOfNoise(peak) && peak.intensity > peak.tails) return false;
+        if (std::exchange(peak.monoisotopic, false)) peak.charge = 0;
+        return peak.intensity < least;
+    });
 }
 
 }  // namespace
@@ -57,15 +90,13 @@ std::vector<Peak> FindPeaks(const std::vector<double>& mz, const std::vector<dou
     } else {
         peaks = CentroidPeaks(mz, intensity);
         for (const Peak& peak : peaks)
-            samples.push_back({peak.mz, peak.intensity});
+            samples.push_back({peak.mz, peak.intensity, 0});
     }
     const SpectrumNoise noise(samples, mz.front(), mz.back(), ionHeight);
     std::erase_if(peaks, [](const Peak& peak) { return peak.ions < fewestIons; });
     // Before the noise goes: an M+1 below the threshold still tells that M+2 is an isotope.
     AssignIsotopes(peaks);
-    std::erase_if(peaks, [&](const Peak& peak) {
-        return peak.widthDa >= narrowestNoiseDa && !(peak.intensity > noise.ThresholdAt(peak.mz));
-    });
+    DropBackground(peaks, noise);
     return peaks;
 }
 

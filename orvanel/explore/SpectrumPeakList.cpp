@@ -60,13 +60,16 @@ double SpectrumPeakList::ExplorePeakAttribute(int peak, int attribute) const {
             return found.charge;
         case attributeArea:
             return found.area;
+        case attributeSignalToNoise:
+            return found.signalToNoise;
         case attributeIsotopeMarker:
             return found.monoisotopic ? 1 : 0;
         default:
-            throw ports::HostError(exploreNoSuchAttribute,
-                                   "A peak has the attributes 0 (m/z), 3 (charge), 4 (area) and 8 (isotope marker); "
-                                   "there is no attribute " +
-                                       std::to_string(attribute));
+            throw ports::HostError(
+                exploreNoSuchAttribute,
+                "A peak has the attributes 0 (m/z), 3 (charge), 4 (area), 5 (signal to noise) and 8 (isotope marker); "
+                "there is no attribute " +
+                    std::to_string(attribute));
     }
 }
 

@@ -137,7 +137,8 @@ TEST(frmSettings, CancelStoresNothing) {
 TEST(frmMZCalculator, HandsItsResultToTheSettings) {
     Window window;
     app::frmSettings dialog(window.run);
-    const auto calculate = [&](const char* formula, const char* charge, const char* lastButton, const std::string& shown) {
+    const auto calculate = [&](const char* formula, const char* charge, const char* lastButton,
+                               const std::string& shown) {
         WhenOpen<app::frmMZCalculator>([=](app::frmMZCalculator& calculator) {
             Enter(calculator, "txtChemicalFormula", formula);
             Find<QComboBox>(calculator, "comboNumOfCharges")->setCurrentText(charge);

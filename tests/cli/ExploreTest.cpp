@@ -49,17 +49,18 @@ TEST_F(ExploreTest, FindsTheParentAsErDoesAndListsThePeaks) {
     SetPeaks(data.cycles[0], {{500.1, 9000}, {501.1, 2700}, {504.2, 20000}});
     SetPeaks(data.cycles[1], {{500.1, 9000}, {501.1, 2700}, {504.2, 20000}});
     const std::string path = Write(data);
-    EXPECT_EQ(Explore(path, {"--mz", "500.9"}).out, "File:        " + path +
-                                                        "\n"
-                                                        "Document:    Start.xmt\n"
-                                                        "Experiment:  1 of 1: MS1, negative, profile, 99 to 101 Da\n"
-                                                        "Spectra:     mean of 2, cycles 1 to 2, 0.0333 to 0.0667 min\n"
-                                                        "Parent:      500.1, looked for at 500.9 Da\n"
-                                                        "Peaks:       3, shown 3\n\n"
-                                                        "        m/z   intensity        area  charge\n"
-                                                        "   504.2000    1.82E+04    5.02E+03       -  monoisotopic\n"
-                                                        "   500.1000    8.20E+03    2.26E+03       1  monoisotopic\n"
-                                                        "   501.1000    2.46E+03    6.77E+02       1  isotope\n");
+    EXPECT_EQ(Explore(path, {"--mz", "500.9"}).out,
+              "File:        " + path +
+                  "\n"
+                  "Document:    Start.xmt\n"
+                  "Experiment:  1 of 1: MS1, negative, profile, 99 to 101 Da\n"
+                  "Spectra:     mean of 2, cycles 1 to 2, 0.0333 to 0.0667 min\n"
+                  "Parent:      500.1, looked for at 500.9 Da\n"
+                  "Peaks:       3, shown 3\n\n"
+                  "        m/z   intensity        area      S/N  charge\n"
+                  "   504.2000    1.82E+04    5.02E+03        -       -  monoisotopic\n"
+                  "   500.1000    8.20E+03    2.26E+03        -       1  monoisotopic\n"
+                  "   501.1000    2.46E+03    6.77E+02        -       1  isotope\n");
     const Ended json = Explore(path, {"--mz", "510", "--cycle", "2", "--top", "1", "--json"});
     EXPECT_EQ(json.status, cli::completed);
     EXPECT_THAT(json.out, HasSubstr("{\"file\": \"" + path + "\", \"document\": \"Start.xmt\", "));
@@ -113,8 +114,8 @@ TEST_F(ExploreTest, ShowsTheLineItPickedWhereSeveralShareAnMz) {
     std::string peaks;
     for (const char* intensity :
          {"200.0000    9.00E+02", "200.0000    9.00E+02", "300.0000    6.00E+02", "200.0000    5.00E+02"})
-        peaks +=
-            "   " + std::string(intensity) + "    " + std::string(intensity).substr(12) + "       -  monoisotopic\n";
+        peaks += "   " + std::string(intensity) + "    " + std::string(intensity).substr(12) +
+                 "        -       -  monoisotopic\n";
     EXPECT_THAT(Explore(path, {"--top", "4"}).out, testing::EndsWith("charge\n" + peaks));
 }
 
