@@ -7,8 +7,6 @@
 #include <cmath>
 #include <functional>
 
-#include "host/clsExplore.h"
-#include "orvanel/instrument/Excitation.h"
 #include "orvanel/instrument/Simulator.h"
 #include "support/NumberText.h"
 #include "support/Paths.h"
@@ -16,6 +14,7 @@
 namespace quality {
 namespace {
 
+constexpr double sameIonDa = 0.1;
 constexpr double fineStepV = 0.05;
 constexpr double lowestCe = 10;  // V, the collision-energy ramp
 constexpr double highestCe = 130;
@@ -29,11 +28,10 @@ double Best(double start, double stop, const std::function<double(double)>& resp
 }
 
 const orvanel::TreeNode* NearestFragment(const orvanel::Compound& ion, double mz) {
-    constexpr double toleranceDa = 0.1;
     const orvanel::TreeNode* nearest = nullptr;
     for (const auto& [name, node] : ion.nodes) {
         const double distance = std::abs(node.mz - mz);
-        if (name == ion.root || distance > toleranceDa) continue;
+        if (name == ion.root || distance > sameIonDa) continue;
         if (nearest == nullptr || distance < std::abs(nearest->mz - mz)) nearest = &node;
     }
     return nearest;
@@ -84,7 +82,7 @@ void JudgeFragmentChoice(const WholeRun& run, const NoiseFree& truth, Findings& 
         const double mz = truth.Ion().nodes.at(node).mz;
         // Isomers count once: a peak at the same mass is the fragment.
         return std::any_of(findings.fragments.begin(), findings.fragments.end(),
-                           [&](const auto& fragment) { return std::abs(fragment.foundMz - mz) <= 0.1; });
+                           [&](const auto& fragment) { return std::abs(fragment.foundMz - mz) <= sameIonDa; });
     };
     if (strongest.empty()) return;
     findings.strongestNode = strongest.front();
@@ -94,19 +92,21 @@ void JudgeFragmentChoice(const WholeRun& run, const NoiseFree& truth, Findings& 
         if (!isChosen(strongest[i])) findings.missedNodes.push_back(strongest[i]);
 }
 
-void JudgeCe(const NoiseFree& truth, FragmentFindings& fragment) {
+CeResponse JudgeCe(double ce, const std::function<double(double)>& response) {
     constexpr double kept = 0.8;
-    std::vector<double> yields;
-    for (double ce = lowestCe; ce <= highestCe; ce += fineStepV)
-        yields.push_back(truth.TransitionYield(fragment.foundMz, ce));
-    const auto best = std::max_element(yields.begin(), yields.end());
-    if (*best <= 0) return;
-    fragment.ceResponse = truth.TransitionYield(fragment.foundMz, fragment.ce) / *best;
-    const auto isLost = [&](double yield) { return yield < kept * *best; };
-    const auto low = std::find_if(std::make_reverse_iterator(best), yields.rend(), isLost).base();
-    const auto high = std::find_if(best, yields.end(), isLost);
-    fragment.ce80Low = lowestCe + fineStepV * static_cast<double>(low - yields.begin());
-    fragment.ce80High = lowestCe + fineStepV * static_cast<double>(high - yields.begin() - 1);
+    CeResponse judged;
+    std::vector<double> responses;
+    for (double voltage = lowestCe; voltage <= highestCe; voltage += fineStepV)
+        responses.push_back(response(voltage));
+    const auto best = std::max_element(responses.begin(), responses.end());
+    if (*best <= 0) return judged;
+    judged.share = response(ce) / *best;
+    const auto isLost = [&](double value) { return value < kept * *best; };
+    const auto low = std::find_if(std::make_reverse_iterator(best), responses.rend(), isLost).base();
+    const auto high = std::find_if(best, responses.end(), isLost);
+    judged.low80 = lowestCe + fineStepV * static_cast<double>(low - responses.begin());
+    judged.high80 = lowestCe + fineStepV * static_cast<double>(high - responses.begin() - 1);
+    return judged;
 }
 
 std::string MethodPath(const WholeRun& run, const std::string& infix, double mz) {
@@ -114,68 +114,42 @@ std::string MethodPath(const WholeRun& run, const std::string& infix, double mz)
                              run.settings.CompoundName + infix + support::MzText(mz) + ".xmt");
 }
 
-/// The MS3 stage's rule, applied to the noise-free data of the same method.
-struct Ms3Rule {
-    std::optional<double> af2;
-    double firstPeakCps = 0;  ///< of the first 3rd precursor; 0 when none is picked
-};
-
-Ms3Rule NoiseFreeMs3(WholeRun& run, const NoiseFree& truth, double mz, double stepOfRamp) {
-    Ms3Rule rule;
-    veltra::clsExplore explore(*run.orvanelHost);
-    explore.Initialize(truth.AcquireToFile(MethodPath(run, "_MS3_RampAF2_", mz)));
-    explore.Chrom_LoadXIC(mz, mz + 0.5);
-    explore.Chrom_SmoothGraph(2);
-    bool isFound = false;
-    const double af2 = explore.Chrom_GetPercentMaxIntensityValue(5, isFound);
-    if (!isFound) return rule;
-    rule.af2 = af2;
-    explore.Spectrum_LoadCycleDependentSpectrum(static_cast<std::int16_t>(std::lround(af2 / stepOfRamp) + 1));
-    bool isBelow = false;
-    const auto peaks = explore.Spectrum_GetTopPeaks(2, mz, 5.0, 10, isBelow);
-    if (!peaks.empty()) rule.firstPeakCps = peaks.front()->CentroidIntensity;
-    return rule;
+void JudgeMs3(const veltra::clsItem_TopPeak& record, const orvanel::MassSpecRecord& method, const NoiseFree& truth,
+              FragmentFindings& fragment) {
+    fragment.af2Step = method.periods.empty() || !method.periods[0].ramp ? 0 : method.periods[0].ramp->step;
+    if (record.AF2WasOptimized) fragment.af2 = record.OptimizedAF2;
+    fragment.tooMuchLeft = record.AF2WasOptimized && !record.MS3PercentBelowThreshold;
+    for (const auto& third : record.MS3PeaksCollection) {
+        ++fragment.thirdPrecursors;
+        if (NearestFragment(truth.Ion(), third->CentroidMass) == nullptr) ++fragment.foreignThirdPrecursors;
+    }
+    if (!fragment.IsIon()) return;
+    const Ms3Response response(truth, method, fragment.node);
+    fragment.exact = response.ByRule();
+    fragment.precursorAtAf2 = response.PrecursorLeft(fragment.af2.value_or(0));
+    fragment.signalAtAf2 = response.SignalLeft(fragment.af2.value_or(0));
 }
 
-double ExactAf2(const NoiseFree& truth, const std::string& node) {
-    constexpr double left = 0.05;
-    if (node.empty()) return 0;
-    const orvanel::Excitation excitation(truth.Model(), truth.Ion().nodes.at(node));
-    double af2 = 0;
-    const double highest = truth.Model().parameterLimits.at("AF2").maximum;
-    const double step = highest / 10000;
-    while (af2 < highest && excitation.RemainingShare(af2) > left)
-        af2 += step;
-    return af2;
-}
-
-double StepOfRamp(const WholeRun& run, double mz) {
-    const auto method = MethodAt(MethodPath(run, "_MS3_RampAF2_", mz));
-    return method.periods.empty() || !method.periods[0].ramp ? 0 : static_cast<double>(method.periods[0].ramp->step);
-}
-
-void JudgeFragments(WholeRun& run, const NoiseFree& truth, Findings& findings) {
+void JudgeFragments(const WholeRun& run, const NoiseFree& truth, Findings& findings) {
     double bestCps = 0;
-    int position = 0;
     for (const auto& record : run.run.results->TopPeaksInfo) {
-        ++position;
         FragmentFindings fragment;
         fragment.foundMz = record->SecondPrecursor->CentroidMass;
-        if (const auto* node = NearestFragment(truth.Ion(), fragment.foundMz)) fragment.node = node->name;
         fragment.ce = record->OptimizedCE;
-        JudgeCe(truth, fragment);
-        if (record->CEWasOptimized) {
-            fragment.exactAf2 = ExactAf2(truth, fragment.node);
-            fragment.af2Step = StepOfRamp(run, fragment.foundMz);
-            if (record->AF2WasOptimized) fragment.af2 = record->OptimizedAF2;
-            const Ms3Rule rule = NoiseFreeMs3(run, truth, fragment.foundMz, fragment.af2Step);
-            fragment.ruleAf2 = rule.af2;
-            if (rule.firstPeakCps > bestCps) {
-                bestCps = rule.firstPeakCps;
-                findings.bestPath = position;
-            }
+        if (const auto* node = NearestFragment(truth.Ion(), fragment.foundMz)) {
+            fragment.node = node->name;
+            fragment.ceCounts =
+                JudgeCe(fragment.ce, [&](double ce) { return truth.TransitionYield(fragment.foundMz, ce); });
+            fragment.ceShare =
+                JudgeCe(fragment.ce, [&](double ce) { return truth.TransitionShare(fragment.foundMz, ce); });
         }
+        if (record->CEWasOptimized)
+            JudgeMs3(*record, MethodAt(MethodPath(run, "_MS3_RampAF2_", fragment.foundMz)), truth, fragment);
         findings.fragments.push_back(fragment);
+        if (fragment.exact.thirdCps <= bestCps) continue;
+        bestCps = fragment.exact.thirdCps;
+        findings.bestThirdMz = fragment.exact.thirdMz;
+        findings.bestPath = static_cast<int>(findings.fragments.size());
     }
 }
 
@@ -216,8 +190,24 @@ std::optional<double> Gain(const WholeRun& run, const NoiseFree& truth) {
 
 bool FragmentFindings::Af2Agrees() const {
     constexpr double roundingShare = 1e-6;
-    if (af2.has_value() != ruleAf2.has_value()) return false;
-    return !af2 || std::abs(*af2 - *ruleAf2) <= af2Step * (1 + roundingShare);
+    if (!IsIon() || foreignThirdPrecursors > 0 || !af2 || !exact.af2) return false;
+    return std::abs(*af2 - *exact.af2) <= af2Step * (1 + roundingShare);
+}
+
+bool FragmentFindings::IsOnFlatTail() const {
+    constexpr double least = 0.025;
+    constexpr double most = 0.1;
+    if (!IsIon() || !af2 || Af2Agrees()) return false;
+    return !exact.af2 || (std::abs(*af2 - *exact.af2) > af2Step && signalAtAf2 >= least && signalAtAf2 <= most);
+}
+
+bool Findings::SamePath() const {
+    return EndsWithPath() && optimalPath == bestPath && std::abs(optimalThirdMz - bestThirdMz) <= sameIonDa;
+}
+
+bool Findings::PathLostToLimit() const {
+    return completed && optimalPath == 0 &&
+           std::any_of(fragments.begin(), fragments.end(), [](const auto& fragment) { return fragment.tooMuchLeft; });
 }
 
 Findings Judge(WholeRun& run) {
@@ -230,12 +220,17 @@ Findings Judge(WholeRun& run) {
     const auto* results = run.run.results.get();
     if (results == nullptr || !results->ActualPeak) return findings;
     const NoiseFree truth(run);
+    findings.parentFound = true;
     findings.parentErrorDa = results->ActualPeak->CentroidMass - truth.Ion().Root().mz;
     if (!findings.completed) return findings;
     JudgeVoltages(run, truth, findings);
     JudgeFragments(run, truth, findings);
     JudgeFragmentChoice(run, truth, findings);
     findings.optimalPath = results->OptimalMS3PeakIndex;
+    if (findings.optimalPath > 0)
+        findings.optimalThirdMz = results->TopPeaksInfo[static_cast<std::size_t>(findings.optimalPath - 1)]
+                                      ->MS3PeaksCollection.front()
+                                      ->CentroidMass;
     findings.gain = Gain(run, truth);
     return findings;
 }

@@ -5,29 +5,39 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "orvanel/data/AcquiredData.h"
 #include "orvanel/instrument/Compound.h"
 #include "orvanel/instrument/Fragmentation.h"
 #include "orvanel/instrument/InstrumentModel.h"
+#include "orvanel/instrument/IonBeam.h"
 #include "tests/support_files/WholeRun.h"
 
 namespace quality {
 
+/// One isotopologue of one ion.
+struct IonCount {
+    double mz = 0;
+    double cps = 0;
+    bool isMonoisotopic = true;
+};
+
 /// The instrument and the ion of a run without any noise: what its findings are held against.
 class NoiseFree {
   public:
-    /// @param run whose configuration, methods and output folder are used; must outlive the object
-    explicit NoiseFree(WholeRun& run);
+    /// @param run whose model and sample are used
+    explicit NoiseFree(const WholeRun& run);
 
     const orvanel::Compound& Ion() const { return sample_.front().compound; }
     const orvanel::InstrumentModel& Model() const { return model_; }
 
     /// What the method would measure if ions came without statistics, spray and chemical noise.
     orvanel::AcquiredData Acquire(const orvanel::MassSpecRecord& method) const;
-    /// The same with a method of the run, as a data file that the run's own analysis can open.
-    /// @return the file's path, in the run's output folder
-    std::string AcquireToFile(const std::string& methodPath) const;
+    /// The ions that the trap holds after excitation, each by its exact m/z: no scan and no peak list between.
+    /// @param secondPrecursor what is excited, Da. @param af2 on the model's scale
+    std::vector<IonCount> ExcitedIons(const orvanel::MassSpecRecord& ms3Method, double secondPrecursor,
+                                      double af2) const;
 
     /// The share of precursor ions that arrive as the node, by the tree alone. @param ce in V
     double Yield(const std::string& node, double ce) const;
@@ -35,12 +45,14 @@ class NoiseFree {
     double SpreadYield(const std::string& node, double ce, double ces) const;
     /// What a transition's Q3 lets through at a collision energy: the fragment, and a little of what lies beside it.
     double TransitionYield(double q3, double ce) const;
+    /// The same as a share of the ions that are left, which is what a spectrum divided by its sum shows.
+    double TransitionShare(double q3, double ce) const;
 
   private:
-    WholeRun& run_;
     std::unique_ptr<ports::ElementTable> elements_;
     orvanel::InstrumentModel model_;
     std::vector<orvanel::SprayedCompound> sample_;
+    std::vector<std::unique_ptr<orvanel::IonSource>> sources_;
     orvanel::FragmentationTree tree_;
     std::size_t precursor_;
 };
