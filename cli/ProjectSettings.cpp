@@ -4,7 +4,6 @@
 #include "cli/ProjectSettings.h"
 
 #include <algorithm>
-#include <cmath>
 
 #include "support/NumberText.h"
 
@@ -12,24 +11,25 @@ namespace cli {
 
 void SuitToCompound(veltra::clsInfo_Settings& settings, const std::string& compoundName,
                     const orvanel::ProjectFacts& facts) {
-    constexpr double lowestMass = 50;  // Da, what every linear ion trap model scans down to
+    constexpr double lowestMass = 50;  // Da, what every linear ion trap model scans down to, and up to
+    constexpr double highestMass = 1700;
     constexpr double marginDa = 20;
-    constexpr double dpRampGridV = 10;
-    constexpr double lowestDpRampEndV = 100;
-    constexpr double highestDpRampEndV = 200;  // what the settings allow
+    constexpr double dpRampEndV = 200;  // the most that the settings allow
+    // Lines in m/z are customary; this one's constants are our own. With the default spread of 15 V it covers 10 to 40
+    // V at m/z 150 and 30 to 60 V at m/z 750, where most ions of these masses break.
+    constexpr double ceOffsetV = 20;
+    constexpr double ceSlope = 0.034;  // V/Da
     const auto whole = [](double value) { return static_cast<float>(support::RoundHalfEven(value, 0)); };
     settings.StarterMethodFilePath = facts.starterMethodPath;
     settings.CompoundName = compoundName;
     settings.ExpectedMZ = support::RoundHalfEven(facts.expectedMz, 3);
     settings.Polarity = facts.polarity;
-    if (facts.lowestFragmentMz > 0)
-        settings.Advanced_EPIMassStart = whole(std::max(lowestMass, facts.lowestFragmentMz - marginDa));
-    settings.Advanced_EPIMassEnd = whole(facts.expectedMz + marginDa);
+    settings.Advanced_EPIMassStart = whole(lowestMass);
+    settings.Advanced_EPIMassEnd = whole(std::min(facts.expectedMz + marginDa, highestMass));
     settings.Advanced_MS3MassStart = settings.Advanced_EPIMassStart;
     settings.Advanced_MS3MassEnd = settings.Advanced_EPIMassEnd;
-    settings.Advanced_Q1MIDPRampStop =
-        whole(std::clamp(std::ceil(facts.dpRampEnd / dpRampGridV) * dpRampGridV, lowestDpRampEndV, highestDpRampEndV));
-    if (facts.fragmentCe > 0) settings.Advanced_EPI_CE = whole(facts.fragmentCe);
+    settings.Advanced_Q1MIDPRampStop = whole(dpRampEndV);
+    settings.Advanced_EPI_CE = whole(ceOffsetV + ceSlope * facts.expectedMz);
 }
 
 }  // namespace cli

@@ -10,9 +10,9 @@
 
 namespace cli {
 
-/// Fills in settings that suit a new project's compound: its m/z and polarity, scan ranges from below its lightest
-/// fragment to above its precursor, a DP ramp that reaches beyond its optimum, and the collision energy at which most
-/// of its fragments are strong.
+/// Fills in settings that suit a new project's compound as far as its m/z and polarity tell: scan ranges from the
+/// lowest mass to above its precursor, a DP ramp over the whole range of the settings, and a collision energy that
+/// grows with m/z. Nothing of it is taken from how the compound breaks, which the run is there to find.
 void SuitToCompound(veltra::clsInfo_Settings& settings, const std::string& compoundName,
                     const orvanel::ProjectFacts& facts);
 

@@ -42,16 +42,13 @@ struct NewProject {
     std::int32_t modelCode = 27;
 };
 
-/// What the caller needs to write the client program's own settings.
+/// What the caller needs to write the client program's own settings: of the compound only what is known before anything
+/// is measured.
 struct ProjectFacts {
     std::string starterMethodPath;
     std::string orvanelIniPath;
     double expectedMz = 0;
     int polarity = 0;
-    double lowestFragmentMz = 0;
-    double highestFragmentMz = 0;
-    double dpRampEnd = 0;   ///< V, a declustering potential at which the ion falls apart already
-    double fragmentCe = 0;  ///< V, mean of the fragments' best collision energies; 0 when the compound file states none
     std::vector<std::string> made;  ///< paths of the files and folders that were not there, in the order of making
 };
 

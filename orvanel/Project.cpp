@@ -32,9 +32,10 @@ constexpr double halfWindowDa = 15;
 constexpr double starterScanRate = 1000;  ///< Da/s, taken where the model offers it
 constexpr int starterCycles = 10;
 
-// How far off their optimum the starter method's voltages are: sound, but worth optimising.
-constexpr double declusteringOffset = -30;
-constexpr double cellEntranceOffset = -10;
+// The starter method's voltages are the same for every compound: ions get through with them, and the run finds better
+// ones. What a compound file says of its best voltages is for the instrument alone.
+constexpr double declusteringPotential = 50;
+constexpr double cellEntrancePotential = 20;
 constexpr double entrancePotential = 10;
 constexpr double collisionEnergy = 10;
 constexpr double excitationShare = 0.3;  ///< of the AF2 scale's end
@@ -55,19 +56,16 @@ double ScaleEnd(const InstrumentModel& model, const std::string& id, double fall
     return limits == model.parameterLimits.end() ? fallback : limits->second.maximum;
 }
 
-std::vector<Parameter> StarterCompoundTable(const InstrumentModel& model, const Compound& compound) {
+std::vector<Parameter> StarterCompoundTable(const InstrumentModel& model, int polarity) {
     std::vector<Parameter> table;
-    const double sign = compound.polarity == 1 ? -1 : 1;
+    const double sign = polarity == 1 ? -1 : 1;
     const auto add = [&](const std::string& id, double magnitude, double signOfId) {
         const double rounded = std::round(Clamped(model, id, magnitude) * 100) / 100;
         table.push_back({id, static_cast<float>(rounded == 0 ? 0 : signOfId * rounded)});
     };
-    add("DP", std::max(std::round((compound.dpLow + compound.dpHigh) / 2 + declusteringOffset), 0.0), sign);
+    add("DP", declusteringPotential, sign);
     add("EP", entrancePotential, sign);
-    if (model.hasCep) {
-        const double optimum = model.cepOffset + model.cepSlope * compound.Root().mz;
-        add("CEP", std::max(std::round(optimum + cellEntranceOffset), 0.0), sign);
-    }
+    if (model.hasCep) add("CEP", cellEntrancePotential, sign);
     add("CE", collisionEnergy, sign);
     add("CES", 0, 1);
     add("AF2", excitationShare * ScaleEnd(model, "AF2", 100), 1);
@@ -91,7 +89,7 @@ MassRangeRecord StarterRange(const InstrumentModel& model, const Compound& compo
     range.stop = std::min(std::round(compound.Root().mz) + halfWindowDa, model.trapMz.maximum);
     range.step = scan.stepDa;
     range.dwellTimeMs = scan.stepDa / scan.rate * 1000;
-    range.compoundParameters = StarterCompoundTable(model, compound);
+    range.compoundParameters = StarterCompoundTable(model, compound.polarity);
     return range;
 }
 
@@ -129,15 +127,6 @@ ProjectFacts FactsOf(const Compound& compound) {
     ProjectFacts facts;
     facts.expectedMz = compound.Root().mz;
     facts.polarity = compound.polarity;
-    for (const auto& [name, node] : compound.nodes) {
-        if (name == compound.root) continue;
-        const bool first = facts.highestFragmentMz == 0;
-        facts.lowestFragmentMz = first ? node.mz : std::min(facts.lowestFragmentMz, node.mz);
-        facts.highestFragmentMz = std::max(facts.highestFragmentMz, node.mz);
-    }
-    facts.dpRampEnd = compound.dpHigh;
-    for (const auto& planted : compound.truth)
-        facts.fragmentCe += planted.ce / static_cast<double>(compound.truth.size());
     return facts;
 }
 

@@ -46,9 +46,10 @@ void Measure(const Options& options, std::vector<quality::Findings>& runs, std::
         std::cerr << compound << '\n';
         for (const double noise : options.noiseLevels)
             for (std::uint64_t seed = 1; seed <= options.seeds; ++seed) {
-                WholeRun run({.compound = compound, .seed = seed, .configure = [noise](auto& config) {
-                                  config.noiseLevel = noise;
-                              }});
+                WholeRun run(
+                    {.compound = compound, .seed = seed, .asNewProject = true, .configure = [noise](auto& config) {
+                         config.noiseLevel = noise;
+                     }});
                 runs.push_back(quality::Judge(run));
                 const bool isShown = seed == 1 && noise == options.noiseLevels.front();
                 if (isShown && sections.size() < options.pages)

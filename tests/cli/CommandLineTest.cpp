@@ -128,6 +128,32 @@ TEST(NewProject, IsReadyToRunAndNeverOverwritten) {
     EXPECT_EQ(again.err, "veltra-run: " + project.settings + " is there already: choose another folder or remove it\n");
 }
 
+/// Two files of one ion that disagree on all that is to be found out make the same project. The first one, whose ion
+/// breaks into nothing that is seen, can be run all the same.
+TEST(NewProject, KnowsOfACompoundOnlyItsIon) {
+    const TempFolder folder;
+    const auto compound = [](const std::string& voltages, const std::string& fragments) {
+        return "[Compound]\nTitle=X\nIonFormula=C9H11O2\nAdduct=[M+H]+\nPolarity=positive\nPrecursor=P\n" + voltages +
+               "[Node P]\nMz=151.0754\nE50=14\nWidth=1.5\n" + fragments;
+    };
+    const std::string files[] = {compound("DpLow=0\nDpHigh=85\n", ""),
+                                 compound("DpLow=90\nDpHigh=290\nIntensity=5e6\n",
+                                          "To F=1, 0\n[Node F]\nMz=133.0648\nE50=22\nWidth=2\n[Truth]\nF=90, 0.9\n")};
+    std::vector<std::string> made;
+    for (const auto& file : files) {
+        const TempFolder target;
+        support::WriteWholeFile(folder.File("x.ini"), file);
+        EXPECT_EQ(RunProgram({"--new-project", target.Path(), "--compound", folder.File("x.ini")}).err, "");
+        auto settings = support::ReadWholeFile(target.File("Veltra.ini"));
+        settings.erase(settings.find(target.Path()), target.Path().size());
+        made.push_back(settings + support::ReadWholeFile(target.File("Projects/x/Acquisition Methods/Start.xmt")));
+        if (made.size() > 1) continue;
+        EXPECT_EQ(support::ReadIniString(target.File("Veltra.ini"), "Advanced Settings", "EPIMassEnd"), "171");
+        EXPECT_EQ(RunProgram({"--settings", target.File("Veltra.ini")}).status, cli::abortedOrFailed);
+    }
+    EXPECT_EQ(made[0], made[1]);
+}
+
 /// What cannot be completed leaves nothing behind.
 TEST(NewProject, IsTakenBackWhereItCannotBeCompleted) {
     const TempFolder folder;

@@ -27,7 +27,7 @@ TEST(Quality, FindingsAreGoodOnTheNoiseFreeInstrument) {
                                               {"chloramphenicol", 6},
                                               {"warfarin", 3}}) {
         SCOPED_TRACE(compound);
-        WholeRun run({.compound = compound, .adjust = [fragments = fragments](auto& settings) {
+        WholeRun run({.compound = compound, .asNewProject = true, .adjust = [fragments = fragments](auto& settings) {
                           settings.Advanced_EPINum2ndPrec = fragments;
                       }});
         const auto findings = quality::Judge(run);
@@ -139,7 +139,7 @@ TEST(Quality, AllCompoundsRunToTheirEndOnSeveralModels) {
     for (const auto& compound : orvanel::ListCompounds(VELTRA_APP_LOCATION)) {
         for (const std::int32_t modelCode : {27, 14, 22, 33}) {
             SCOPED_TRACE(compound.name + " on model " + std::to_string(modelCode));
-            WholeRun run({.compound = compound.name, .modelCode = modelCode});
+            WholeRun run({.compound = compound.name, .modelCode = modelCode, .asNewProject = true});
             EXPECT_EQ(run.Start(), veltra::StartButton::Outcome::Completed);
             EXPECT_EQ(run.boxes.shown, std::vector<RecordedMessageBoxes::Box>());
             EXPECT_GE(run.run.results->TopPeaksInfo.size(), 1U);

@@ -10,6 +10,7 @@
 #include "run/InstrumentCheck.h"
 #include "support/Files.h"
 #include "support/modFileUtils.h"
+#include "tests/support_files/TunedProject.h"
 
 namespace {
 
@@ -23,18 +24,24 @@ orvanel::OrvanelConfig ConfigOf(const NewProject& project, const WholeRun::Optio
     return config;
 }
 
+std::shared_ptr<const NewProject> ProjectOf(const WholeRun::Options& options) {
+    auto project = std::make_shared<const NewProject>(options.compound, options.modelCode);
+    if (!options.asNewProject) TuneStarterMethod(*project, options.modelCode);
+    return project;
+}
+
 }  // namespace
 
 veltra::clsInfo_Settings WholeRun::SettingsOf(const NewProject& project, const Options& options) {
     veltra::clsInfo_Settings settings(project.folder.File("Veltra.ini"), options.disk);
     cli::SuitToCompound(settings, project.name, project.facts);
+    if (!options.asNewProject) TuneSettings(project, settings);
     settings.OrvanelProjectName = project.name;
     options.adjust(settings);
     return settings;
 }
 
-WholeRun::WholeRun(const Options& options)
-    : WholeRun(options, std::make_shared<NewProject>(options.compound, options.modelCode)) {}
+WholeRun::WholeRun(const Options& options) : WholeRun(options, ProjectOf(options)) {}
 
 WholeRun::WholeRun(const Options& options, std::shared_ptr<const NewProject> in)
     : heldProject(std::move(in)),

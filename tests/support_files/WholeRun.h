@@ -34,6 +34,7 @@ class WholeRun {
         std::string compound = "reserpine";
         std::int32_t modelCode = 27;
         std::uint64_t seed = 1;
+        bool asNewProject = false;  ///< with what a new project knows; else tuned to the compound
         std::function<void(orvanel::OrvanelConfig&)> configure = [](auto&) {};
         std::function<void(veltra::clsInfo_Settings&)> adjust = [](auto&) {};
         const support::Disk& disk = support::SystemDisk();
