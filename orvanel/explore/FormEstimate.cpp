@@ -187,6 +187,7 @@ FormEstimate Estimation::Run(const std::vector<Maximum>& maxima) {
     const auto samples = NarrowestOf(strong, shareOfStrongest * highest);
     if (samples.empty()) return {};
     std::vector<double> leans;
+    leans.reserve(samples.size());
     for (const Sample& sample : samples)
         leans.push_back(sample.lean);
     const double lean = std::clamp(Median(leans) / leanPerSkew, -largestLean, largestLean);

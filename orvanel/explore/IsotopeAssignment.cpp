@@ -135,7 +135,7 @@ Envelope Assignment::EnvelopeAt(std::size_t mono, int charge) const {
 /// Poisson's law; oxygen and sulfur add some M+2.
 /// @return without members where there is none
 Envelope Assignment::PlausiblePartOf(Envelope envelope) const {
-    const Envelope none{envelope.charge, {}};
+    Envelope none{envelope.charge, {}};
     if (envelope.charge == 1) return envelope.members.size() > 1 && !LooksDivided(envelope) ? envelope : none;
     const Peak& first = peaks_[envelope.members[0]];
     const double mean = typicalSlopePerDa * first.mz * envelope.charge;
