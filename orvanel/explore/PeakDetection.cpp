@@ -20,6 +20,7 @@ constexpr double significance = 3;         // standard deviations by which a pea
 constexpr double shareAboveSaddle = 0.15;  // of its height, at least
 constexpr double doubtOfTails = 2;         // factor by which they may be higher than measured
 constexpr double tailDistance = 3;         // widths from the middle, where tails are measured
+constexpr double closestWidths = 0.5;      // between maxima; closer ones are sure to be one peak
 constexpr double apartWidths = 12;         // beyond which neither peaks nor what hides beside them meet
 
 /// Smooths with the same few points everywhere, before anything is known of the peaks.
@@ -56,6 +57,8 @@ PeakDetection::PeakDetection(const std::vector<double>& mz, const std::vector<do
         for (std::size_t i = 0; i < cluster.fit.Expected().size(); ++i)
             rest[cluster.begin + i] -= cluster.fit.Expected()[i];
     }
+    // What hides beside the last peak of one cluster may lie behind the first one of the next.
+    std::sort(peaks_.begin(), peaks_.end(), [](const Peak& a, const Peak& b) { return a.mz < b.mz; });
     rest_ = smoothing.Apply(rest);
     kernelEnergy_ = smoothing.EnergyAt(mz.size() / 2);
 }
@@ -69,9 +72,12 @@ void PeakDetection::MakeClusters(const std::vector<Maximum>& maxima) {
         for (; maximum != maxima.end() && maximum->index < end; ++maximum) {
             const auto position = static_cast<double>(maximum->index);
             const double width = estimate_.widths.PointsAt(points_.Mz()[maximum->index]);
-            if (!cluster.empty() && position - cluster.back().position > apartWidths * width)
-                MakeCluster(begin, end, std::exchange(cluster, {}));
-            cluster.push_back({position, width, 0});
+            const double widths = cluster.empty() ? 0 : (position - cluster.back().position) / width;
+            if (widths > apartWidths) MakeCluster(begin, end, std::exchange(cluster, {}));
+            if (cluster.empty() || widths >= closestWidths)
+                cluster.push_back({position, width, 0});
+            else if (smooth_[maximum->index] > smooth_[static_cast<std::size_t>(cluster.back().position)])
+                cluster.back() = {position, width, 0};
         }
         if (!cluster.empty()) MakeCluster(begin, end, std::move(cluster));
         begin = end;
@@ -192,18 +198,24 @@ std::vector<NoiseSample> PeakDetection::NominalMaxima() const {
     const auto& mz = points_.Mz();
     std::vector<NoiseSample> samples;
     double mass = 0;  // of the last sample
+    bool seesMiddle = false;
     auto peak = peaks_.begin();
     for (std::size_t i = 0; i < mz.size(); ++i) {
         const double nominal = std::round(mz[i] / nominalMassDa);
         if ((nominal - 0.5) * nominalMassDa < mz.front() || (nominal + 0.5) * nominalMassDa > mz.back()) continue;
-        if (samples.empty() || nominal != mass) samples.push_back({mz[i], 0, 0});
+        if (samples.empty() || nominal != mass) {
+            samples.push_back({mz[i], 0, 0});
+            seesMiddle = false;
+        }
         mass = nominal;
         const double flank = std::max(0.0, smooth_[i] - rest_[i]);
         const double doubt =
             significance * std::sqrt(points_.IonQuantum() * kernelEnergy_ * flank) + misfitShare * flank + tails_[i];
         NoiseSample& sample = samples.back();
         sample.height = std::max(sample.height, rest_[i] - doubt);
-        if (std::abs(mz[i] - nominal * nominalMassDa) < middleDa) sample.doubt = std::max(sample.doubt, doubt);
+        // A peak of the background would show where the flanks are lowest.
+        const bool isMiddle = std::abs(mz[i] - nominal * nominalMassDa) < middleDa;
+        if (isMiddle && (!std::exchange(seesMiddle, true) || doubt < sample.doubt)) sample.doubt = doubt;
         for (; peak != peaks_.end() && peak->mz < (nominal + 0.5) * nominalMassDa; ++peak)
             if (peak->mz >= (nominal - 0.5) * nominalMassDa) sample.height = std::max(sample.height, peak->intensity);
     }

@@ -57,7 +57,11 @@ double Spread(const std::vector<double>& sorted, double ionHeight) {
 /// @param sorted from the lowest to the highest, at least fewestMasses
 /// @param quantile of the normal distribution
 Background Assume(const std::vector<double>& sorted, double ionHeight, double quantile) {
-    const auto filled = sorted.end() - std::upper_bound(sorted.begin(), sorted.end(), ionHeight / 2);
+    // Hardly any of a background's own heights are so much lower than its usual one.
+    constexpr double leastOfUsual = 0.02;
+    const auto ions = std::upper_bound(sorted.begin(), sorted.end(), ionHeight / 2);
+    const double usual = ions == sorted.end() ? 0 : *(ions + (sorted.end() - ions) / 2);
+    const auto filled = sorted.end() - std::upper_bound(ions, sorted.end(), leastOfUsual * usual);
     const double filledShare = static_cast<double>(filled) / static_cast<double>(sorted.size());
     if (filledShare < leastFilled) {
         // The mean number of ions a mass follows from the share of empty ones, by Poisson's law.

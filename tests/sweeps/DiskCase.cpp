@@ -225,7 +225,8 @@ std::vector<DiskCase> Undisturbed::Cases() const {
 void ExpectOrdinaryRun(const Undisturbed& undisturbed, const std::shared_ptr<const NewProject>& project) {
     // A run has a folder of its own. Without the one before, it has the same name and can be compared.
     std::filesystem::remove_all(std::filesystem::path(project->folder.File(logPath)).parent_path());
-    [[maybe_unused]] const auto soleUse = support::HoldFile(project->folder.File("Veltra.ini"), "Veltra");
+    // Held until the process ends. NOLINTNEXTLINE(clang-analyzer-deadcode.DeadStores)
+        [[maybe_unused]] const auto soleUse = support::HoldFile(project->folder.File("Veltra.ini"), "Veltra");
     const FaultyDisk disk;
     ShortRun run({.disk = disk, .project = project});
     run.ReadSettings();
