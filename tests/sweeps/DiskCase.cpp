@@ -225,8 +225,7 @@ std::vector<DiskCase> Undisturbed::Cases() const {
 void ExpectOrdinaryRun(const Undisturbed& undisturbed, const std::shared_ptr<const NewProject>& project) {
     // A run has a folder of its own. Without the one before, it has the same name and can be compared.
     std::filesystem::remove_all(std::filesystem::path(project->folder.File(logPath)).parent_path());
-    // Held until the process ends. NOLINTNEXTLINE(clang-analyzer-deadcode.DeadStores)
-        [[maybe_unused]] const auto soleUse = support::HoldFile(project->folder.File("Veltra.ini"), "Veltra");
+    const auto soleUse = support::HoldFile(project->folder.File("Veltra.ini"), "Veltra");
     const FaultyDisk disk;
     ShortRun run({.disk = disk, .project = project});
     run.ReadSettings();
@@ -291,6 +290,7 @@ void ExpectNothingLostByDeath(Undisturbed& undisturbed, std::size_t operation) {
     const pid_t child = ::fork();
     ASSERT_GE(child, 0);
     if (child == 0) {
+        // NOLINTNEXTLINE(clang-analyzer-deadcode.DeadStores): held until the process ends
         const auto soleUse = support::HoldFile(project->folder.File("Veltra.ini"), "Veltra");
         FaultyDisk disk;
         disk.Fail(DiskFault::Death, operation, Times::Once);
