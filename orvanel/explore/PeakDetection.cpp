@@ -237,7 +237,8 @@ Peak PeakDetection::MakePeak(const Cluster& cluster, const FittedPeak& fitted) c
     const std::size_t apex = std::min(static_cast<std::size_t>(std::lround(place)), mz.size() - 1);
     const double step = points_.StepAt(apex);
     Peak peak;
-    peak.mz = mz[below] + (place - static_cast<double>(below)) * step;
+    const double gap = below + 1 < mz.size() ? mz[below + 1] - mz[below] : 0;
+    peak.mz = mz[below] + (place - static_cast<double>(below)) * gap;
     peak.intensity = HeightNear(apex) * cluster.fit.ShareAt(fitted, apex - cluster.begin);
     peak.widthDa = fitted.width * step;
     peak.area = fitted.sum * step;
