@@ -11,7 +11,7 @@ namespace orvanel {
 double PeakWidths::PointsAt(double mz) const {
     constexpr double fewestPoints = 2;
     constexpr double mostPoints = 500;
-    if (exponent == 0) return points;
+    if (exponent == 0 || !(mz > 0)) return points;
     return std::clamp(points * std::pow(mz / referenceMz, exponent), fewestPoints, mostPoints);
 }
 

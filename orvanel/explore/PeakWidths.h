@@ -12,7 +12,7 @@ struct PeakWidths {
     double referenceMz = 1;
     double exponent = 0;
 
-    /// @param mz above 0 where the exponent is not 0
+    /// @param mz Da; below 0 the width at referenceMz
     double PointsAt(double mz) const;
 };
 
